@@ -1,0 +1,11 @@
+# -DCORR_SANITIZE=address,undefined (or thread) instruments every target.
+if(CORR_SANITIZE)
+  string(REPLACE "," ";" _corr_sanitizers "${CORR_SANITIZE}")
+  set(_flags "")
+  foreach(s IN LISTS _corr_sanitizers)
+    list(APPEND _flags "-fsanitize=${s}")
+  endforeach()
+  list(APPEND _flags -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  add_compile_options(${_flags})
+  add_link_options(${_flags})
+endif()

@@ -1,0 +1,103 @@
+#include "basekit2/path.h"
+
+#include "platkit/strings/convert.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace basekit2 {
+
+path_t path_t::from_utf8(const std::string& p) { return path_t(platkit::strings::utf8_to_wide(p)); }
+
+std::string path_t::utf8() const { return platkit::strings::wide_to_utf8(m_path); }
+
+path_t path_t::join(const path_t& other) const
+{
+    if (m_path.empty())
+        return other;
+    if (other.empty())
+        return *this;
+    return path_t(fs::path(m_path) / fs::path(other.m_path));
+}
+
+std::wstring path_t::leaf() const
+{
+    fs::path p(m_path);
+    if (!p.has_filename())
+        p = p.parent_path();
+    return p.filename().wstring();
+}
+
+path_t path_t::parent() const { return path_t(fs::path(m_path).parent_path()); }
+
+std::wstring path_t::extension() const
+{
+    const std::wstring ext = fs::path(m_path).extension().wstring();
+    return ext.empty() ? ext : ext.substr(1);
+}
+
+std::wstring path_t::stem() const { return fs::path(m_path).stem().wstring(); }
+
+path_t path_t::replace_extension(const std::wstring& ext) const
+{
+    fs::path p(m_path);
+    p.replace_extension(ext.empty() ? fs::path() : fs::path(L"." + ext));
+    return path_t(p);
+}
+
+bool path_t::is_absolute() const { return !m_path.empty() && fs::path(m_path).is_absolute(); }
+
+bool path_t::exists() const
+{
+    std::error_code ec;
+    return !m_path.empty() && fs::exists(fs::path(m_path), ec);
+}
+
+bool path_t::is_directory() const
+{
+    std::error_code ec;
+    return !m_path.empty() && fs::is_directory(fs::path(m_path), ec);
+}
+
+bool path_t::is_regular_file() const
+{
+    std::error_code ec;
+    return !m_path.empty() && fs::is_regular_file(fs::path(m_path), ec);
+}
+
+bool path_t::match(const std::wstring& mask) const
+{
+#ifdef _WIN32
+    constexpr bool case_sensitive = false;
+    const std::wstring text = fs::path(m_path).generic_wstring();
+#else
+    constexpr bool case_sensitive = true;
+    const std::wstring& text = m_path;
+#endif
+    if (wildcard_match(text, mask, case_sensitive))
+        return true;
+    if (mask.empty() || mask[0] == L'/' || mask[0] == L'*')
+        return false;
+    // Not anchored at the start: let it begin at any component boundary.
+    return wildcard_match(text, L"*/" + mask, case_sensitive);
+}
+
+std::vector<path_t> find_files(const path_t& dir, const std::wstring& pattern)
+{
+    std::vector<path_t> out;
+    std::error_code ec;
+    fs::directory_iterator it(dir.fs(), ec), end;
+    for (; !ec && it != end; it.increment(ec)) {
+        std::error_code fec;
+        if (!it->is_regular_file(fec))
+            continue;
+        if (wildcard_match(it->path().filename().wstring(), pattern))
+            out.emplace_back(it->path());
+    }
+    std::sort(out.begin(), out.end());
+    return out;
+}
+
+} // namespace basekit2
