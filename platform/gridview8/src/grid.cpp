@@ -95,6 +95,7 @@ CGrid::~CGrid()
         editor->ReleaseOwner(this);
     }
     m_header->SetContent(nullptr);
+    m_model = nullptr;
 }
 
 uiframe7::CViewerBase* CGrid::GetViewer() { return m_viewer.get(); }
@@ -133,6 +134,33 @@ void CGrid::SetModel(IGridModel* model, IHeaderVisModel* header, bool reset_view
     Refresh();
     if (had_selection && m_selection.Empty())
         m_selection_changed();
+}
+
+void CGrid::DetachModels()
+{
+    if (m_editor) {
+        uiframe7::CEditControl* editor = m_editor;
+        m_editor = nullptr;
+        m_edit_row = m_edit_column = -1;
+        editor->ReleaseOwner(this);
+    }
+    m_model = nullptr;
+    m_drawing = nullptr;
+    m_editing = nullptr;
+    m_resizing = nullptr;
+    m_tooltip = nullptr;
+    m_chosen_rows = nullptr;
+    m_own_header = std::make_unique<CHeaderVisModel>();
+    m_header_model = m_own_header.get();
+    m_rows = &m_own_rows;
+    m_own_rows.SetCount(0);
+    m_selection.Clear();
+    m_current_row = m_current_column = m_anchor_row = -1;
+    m_synced_header = nullptr;
+    if (auto* window = GetSysWindow())
+        window->SetToolTipText(std::wstring());
+    OnLayout();
+    Refresh();
 }
 
 void CGrid::SetDrawingModel(IDrawingModel* model)

@@ -117,6 +117,11 @@ public:
     void SetResizingModel(IResizingModel* model);
     // Null: no tooltips.
     void SetTooltipModel(ITooltipModel* model);
+    // Drops every model (and the row view model chosen for them) without
+    // calling any of them, and stops an open editor silently. A host whose
+    // grid outlives its models calls this before destroying them.
+    void DetachModels();
+
     IDrawingModel* GetDrawingModel() const { return m_drawing; }
     IEditingModel* GetEditingModel() const { return m_editing; }
     IResizingModel* GetResizingModel() const { return m_resizing; }
