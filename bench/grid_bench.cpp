@@ -52,16 +52,34 @@ void* operator new(std::size_t size)
         return p;
     throw std::bad_alloc();
 }
-void* operator new[](std::size_t size) { return operator new(size); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return counted_alloc(size); }
+void* operator new[](std::size_t size)
+{
+    return operator new(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return counted_alloc(size);
+}
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
 {
     return counted_alloc(size);
 }
-void operator delete(void* p) noexcept { counted_free(p); }
-void operator delete[](void* p) noexcept { counted_free(p); }
-void operator delete(void* p, std::size_t) noexcept { counted_free(p); }
-void operator delete[](void* p, std::size_t) noexcept { counted_free(p); }
+void operator delete(void* p) noexcept
+{
+    counted_free(p);
+}
+void operator delete[](void* p) noexcept
+{
+    counted_free(p);
+}
+void operator delete(void* p, std::size_t) noexcept
+{
+    counted_free(p);
+}
+void operator delete[](void* p, std::size_t) noexcept
+{
+    counted_free(p);
+}
 
 namespace {
 
@@ -205,7 +223,8 @@ int main(int argc, char** argv)
     wxTheApp->CallOnInit();
     {
         bench_window window;
-        window.frame = new wxFrame(nullptr, wxID_ANY, "grid bench", wxPoint(0, 0), wxSize(900, 700));
+        window.frame =
+            new wxFrame(nullptr, wxID_ANY, "grid bench", wxPoint(0, 0), wxSize(900, 700));
         auto* panel = new wxPanel(window.frame);
         window.control = new uiframe7::CBaseControl(panel);
         window.grid = new gridview8::CGrid(window.control);

@@ -98,7 +98,10 @@ CGrid::~CGrid()
     m_model = nullptr;
 }
 
-uiframe7::CViewerBase* CGrid::GetViewer() { return m_viewer.get(); }
+uiframe7::CViewerBase* CGrid::GetViewer()
+{
+    return m_viewer.get();
+}
 
 // ---- models
 
@@ -150,6 +153,7 @@ void CGrid::DetachModels()
     m_resizing = nullptr;
     m_tooltip = nullptr;
     m_chosen_rows = nullptr;
+    m_viewer->RemoveAllEventHandlers();
     m_own_header = std::make_unique<CHeaderVisModel>();
     m_header_model = m_own_header.get();
     m_rows = &m_own_rows;
@@ -226,7 +230,10 @@ void CGrid::prepare_rows()
         m_rows->SetCount(count);
 }
 
-int CGrid::row_count() const { return m_model ? m_rows->GetCount() : 0; }
+int CGrid::row_count() const
+{
+    return m_model ? m_rows->GetCount() : 0;
+}
 
 void CGrid::UpdateRows()
 {
@@ -434,9 +441,15 @@ void CGrid::OnHeaderCellClick(const uiframe7::HeaderCell& cell)
 
 // ---- scrolling
 
-void CGrid::SetStartRow(int row) { scroll_to(row); }
+void CGrid::SetStartRow(int row)
+{
+    scroll_to(row);
+}
 
-int CGrid::GetStartRow() const { return m_rows->GetStartItem(); }
+int CGrid::GetStartRow() const
+{
+    return m_rows->GetStartItem();
+}
 
 void CGrid::scroll_to(int start)
 {
@@ -536,7 +549,10 @@ GridHitInfo CGrid::HitTest(int x, int y)
     return info;
 }
 
-point<int> CGrid::ScreenToGrid(point<int> screen) const { return m_viewer->ScreenToLocal(screen); }
+point<int> CGrid::ScreenToGrid(point<int> screen) const
+{
+    return m_viewer->ScreenToLocal(screen);
+}
 
 point<int> CGrid::GetMousePosition() const
 {
@@ -585,7 +601,10 @@ void CGrid::SetCurrentColumn(int column)
     RefreshRow(m_current_row);
 }
 
-bool CGrid::IsRowSelected(int row) const { return m_selection.IsSelected(row); }
+bool CGrid::IsRowSelected(int row) const
+{
+    return m_selection.IsSelected(row);
+}
 
 void CGrid::select_only(int row)
 {
@@ -600,7 +619,10 @@ void CGrid::select_only(int row)
     m_selection_changed();
 }
 
-void CGrid::SelectRow(int row, bool select) { SelectRows(row, row, select); }
+void CGrid::SelectRow(int row, bool select)
+{
+    SelectRows(row, row, select);
+}
 
 void CGrid::SelectRows(int first, int last, bool select)
 {
@@ -620,7 +642,10 @@ void CGrid::SelectRows(int first, int last, bool select)
     m_selection_changed();
 }
 
-void CGrid::ClearSelection() { select_only(-1); }
+void CGrid::ClearSelection()
+{
+    select_only(-1);
+}
 
 void CGrid::SelectAll()
 {
@@ -628,9 +653,15 @@ void CGrid::SelectAll()
         SelectRows(0, row_count() - 1, true);
 }
 
-std::vector<int> CGrid::GetSelectedRows() const { return m_selection.GetRows(); }
+std::vector<int> CGrid::GetSelectedRows() const
+{
+    return m_selection.GetRows();
+}
 
-int CGrid::GetSelectedRowCount() const { return m_selection.GetCount(); }
+int CGrid::GetSelectedRowCount() const
+{
+    return m_selection.GetCount();
+}
 
 void CGrid::RefreshRow(int row)
 {
@@ -640,7 +671,10 @@ void CGrid::RefreshRow(int row)
     m_viewer->RefreshLocalRect({0, range.start, m_viewer->GetRect().width(), range.end});
 }
 
-void CGrid::RefreshAll() { Refresh(); }
+void CGrid::RefreshAll()
+{
+    Refresh();
+}
 
 // ---- editing
 
@@ -813,7 +847,8 @@ bool CGrid::viewer_key_down(int key_code, int keys)
         if (m_leaf_columns.empty())
             return true;
         auto it = std::find(m_leaf_columns.begin(), m_leaf_columns.end(), m_current_column);
-        int position = it == m_leaf_columns.end() ? 0 : static_cast<int>(it - m_leaf_columns.begin());
+        int position =
+            it == m_leaf_columns.end() ? 0 : static_cast<int>(it - m_leaf_columns.begin());
         position += key_code == WXK_LEFT ? -1 : 1;
         position = std::clamp(position, 0, static_cast<int>(m_leaf_columns.size()) - 1);
         SetCurrentColumn(leaf_column(position));
@@ -893,8 +928,8 @@ void CGrid::paint_rows(uicore7::IPainter& painter, const rectangle<int>& update)
     const int first = m_rows->HitTest(std::max(0, update.top));
     if (first < 0 || n == 0)
         return;
-    const bool focused =
-        m_viewer->HasFocus() || (m_editor != nullptr && GetHost() && GetHost()->IsDescendant(wxWindow::FindFocus()));
+    const bool focused = m_viewer->HasFocus() || (m_editor != nullptr && GetHost() &&
+                                                  GetHost()->IsDescendant(wxWindow::FindFocus()));
     const wxColour grid_line = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE);
     const int full_right = m_columns.GetFullRange().end;
 
@@ -929,8 +964,8 @@ void CGrid::paint_cell(uicore7::IPainter& painter, int row, int column, const re
     if (m_drawing)
         m_drawing->GetAttr(row, column, attr);
 
-    wxColour back = attr.back_color.IsOk() ? attr.back_color
-                                           : wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW);
+    wxColour back =
+        attr.back_color.IsOk() ? attr.back_color : wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW);
     wxColour text = attr.text_color.IsOk()
                         ? attr.text_color
                         : wxSystemSettings::GetColour(attr.grayed ? wxSYS_COLOUR_GRAYTEXT

@@ -76,8 +76,7 @@ bool CHeaderVisModel::AddItem(int column, IHeaderItem::ItemState state, int widt
 {
     if (column < 0 || width_weight < 0 || FindItem(column))
         return false;
-    m_items.push_back(
-        std::make_unique<CItem>(this, nullptr, column, state, width_weight, sorting));
+    m_items.push_back(std::make_unique<CItem>(this, nullptr, column, state, width_weight, sorting));
     changed();
     return true;
 }
@@ -87,8 +86,9 @@ bool CHeaderVisModel::AddChildItem(int parent_column, int column, IHeaderItem::I
 {
     if (column < 0 || width_weight < 0 || FindItem(column))
         return false;
-    auto parent = std::find_if(m_items.begin(), m_items.end(),
-                               [&](const auto& item) { return item->GetColumn() == parent_column; });
+    auto parent = std::find_if(m_items.begin(), m_items.end(), [&](const auto& item) {
+        return item->GetColumn() == parent_column;
+    });
     if (parent == m_items.end())
         return false;
     (*parent)->add_child(
@@ -103,7 +103,10 @@ void CHeaderVisModel::Clear()
     changed();
 }
 
-int CHeaderVisModel::GetItemCount() const { return static_cast<int>(m_items.size()); }
+int CHeaderVisModel::GetItemCount() const
+{
+    return static_cast<int>(m_items.size());
+}
 
 IHeaderItem* CHeaderVisModel::GetItem(int index) const
 {

@@ -9,7 +9,10 @@
 
 namespace gridview8 {
 
-void CProportionalResizingModelEx::SetMinColumnWidth(int width) { m_min_width = std::max(0, width); }
+void CProportionalResizingModelEx::SetMinColumnWidth(int width)
+{
+    m_min_width = std::max(0, width);
+}
 
 void CProportionalResizingModelEx::SetFixedWidth(int column, int width)
 {

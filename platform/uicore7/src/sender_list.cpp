@@ -45,6 +45,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<ISenderList> CreateDefSenderList() { return std::make_unique<CDefSenderList>(); }
+std::unique_ptr<ISenderList> CreateDefSenderList()
+{
+    return std::make_unique<CDefSenderList>();
+}
 
 } // namespace uicore7

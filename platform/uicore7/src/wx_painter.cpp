@@ -30,7 +30,10 @@ std::vector<wxString> split_lines(const std::wstring& text)
     return lines;
 }
 
-int to_device(double v) { return static_cast<int>(std::lround(v)); }
+int to_device(double v)
+{
+    return static_cast<int>(std::lround(v));
+}
 
 } // namespace
 
@@ -121,11 +124,20 @@ void CWxPainter::DrawText(const std::wstring& text, const rectangle<double>& rec
         PopClip();
 }
 
-void CWxPainter::SetTextColor(const wxColour& colour) { m_dc.SetTextForeground(colour); }
+void CWxPainter::SetTextColor(const wxColour& colour)
+{
+    m_dc.SetTextForeground(colour);
+}
 
-void CWxPainter::SetLineColor(const wxColour& colour) { m_dc.SetPen(wxPen(colour)); }
+void CWxPainter::SetLineColor(const wxColour& colour)
+{
+    m_dc.SetPen(wxPen(colour));
+}
 
-void CWxPainter::SetFillColor(const wxColour& colour) { m_dc.SetBrush(wxBrush(colour)); }
+void CWxPainter::SetFillColor(const wxColour& colour)
+{
+    m_dc.SetBrush(wxBrush(colour));
+}
 
 void CWxPainter::SetBold(bool bold)
 {
@@ -238,7 +250,10 @@ void CWxPainter::DrawButton(const rectangle<double>& rect, const std::wstring& c
     }
 }
 
-void CWxPainter::SetImageList(const std::vector<wxBitmap>* images) { m_images = images; }
+void CWxPainter::SetImageList(const std::vector<wxBitmap>* images)
+{
+    m_images = images;
+}
 
 int CWxPainter::GetImageCount()
 {
@@ -301,6 +316,9 @@ void CWxPainter::SetOrigin(double x, double y)
     m_origin_y = y;
 }
 
-point<double> CWxPainter::GetOrigin() { return {m_origin_x, m_origin_y}; }
+point<double> CWxPainter::GetOrigin()
+{
+    return {m_origin_x, m_origin_y};
+}
 
 } // namespace uicore7

@@ -167,7 +167,10 @@ CBaseControl::~CBaseControl()
     m_root->m_host = nullptr;
 }
 
-uicore7::ISysWindow* CBaseControl::GetSysWindow() { return m_sys.get(); }
+uicore7::ISysWindow* CBaseControl::GetSysWindow()
+{
+    return m_sys.get();
+}
 
 CBaseControl* CBaseControl::FromSysWindow(uicore7::ISysWindow* window)
 {
@@ -302,8 +305,7 @@ CVisualElement* CBaseControl::target_at(point<int> p)
     return m_root->HitTestElement(p);
 }
 
-template <class F>
-bool CBaseControl::bubble(CVisualElement* from, point<int> p, F&& f)
+template <class F> bool CBaseControl::bubble(CVisualElement* from, point<int> p, F&& f)
 {
     for (CVisualElement* e = from; e; e = e->GetParent()) {
         const point<int> local = e->WindowToLocal(p);
@@ -340,9 +342,8 @@ void CBaseControl::on_mouse(wxMouseEvent& event)
             if (old)
                 old->OnMouseLeave();
         }
-        bubble(target, p, [&](CVisualElement* e, point<int> l) {
-            return e->OnMouseMove(l.x, l.y, keys);
-        });
+        bubble(target, p,
+               [&](CVisualElement* e, point<int> l) { return e->OnMouseMove(l.x, l.y, keys); });
         return;
     }
     if (type == wxEVT_MOUSEWHEEL) {

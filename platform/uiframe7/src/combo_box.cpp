@@ -47,9 +47,15 @@ bool CComboBox::Init(uicore7::ISysWindow* window, int style)
     return true;
 }
 
-bool CComboBox::IsInitialized() const { return m_choice.get() != nullptr; }
+bool CComboBox::IsInitialized() const
+{
+    return m_choice.get() != nullptr;
+}
 
-wxChoice* CComboBox::GetNativeControl() const { return m_choice.get(); }
+wxChoice* CComboBox::GetNativeControl() const
+{
+    return m_choice.get();
+}
 
 void CComboBox::destroy_native()
 {
@@ -107,9 +113,15 @@ void CComboBox::SetSelection(int index)
         choice->SetSelection(m_selection);
 }
 
-void CComboBox::AddListener(IComboBoxEvents* listener) { m_senders->AddListener(listener); }
+void CComboBox::AddListener(IComboBoxEvents* listener)
+{
+    m_senders->AddListener(listener);
+}
 
-void CComboBox::RemoveListener(IComboBoxEvents* listener) { m_senders->RemoveListener(listener); }
+void CComboBox::RemoveListener(IComboBoxEvents* listener)
+{
+    m_senders->RemoveListener(listener);
+}
 
 void CComboBox::notify_choice(int item)
 {
@@ -168,8 +180,7 @@ void CComboBox::EndEdit(bool keep_value)
         choice->GetParent()->SetFocus();
     if (owner)
         owner->OnEditEnded(this, keep_value);
-    m_senders->Send<IComboBoxEvents>(
-        [&](IComboBoxEvents& l) { l.CBOnEditEnd(this, keep_value); });
+    m_senders->Send<IComboBoxEvents>([&](IComboBoxEvents& l) { l.CBOnEditEnd(this, keep_value); });
     m_ending = false;
 }
 

@@ -44,7 +44,10 @@ int CHeader::GetRowCount() const
     return m_content ? std::max(1, m_content->GetHeaderRowCount()) : 1;
 }
 
-int CHeader::GetPreferredHeight() const { return GetRowCount() * m_row_height; }
+int CHeader::GetPreferredHeight() const
+{
+    return GetRowCount() * m_row_height;
+}
 
 rectangle<int> CHeader::cell_rect(const HeaderCell& cell) const
 {
@@ -72,8 +75,7 @@ int CHeader::HitTestCell(int x, int y, HeaderCell* cell) const
     return -1;
 }
 
-void CHeader::paint_cell(uicore7::IPainter& painter, const HeaderCell& cell, bool pressed,
-                         bool hot)
+void CHeader::paint_cell(uicore7::IPainter& painter, const HeaderCell& cell, bool pressed, bool hot)
 {
     const rectangle<int> r = cell_rect(cell);
     if (r.empty())

@@ -30,16 +30,25 @@ void CSimpleDiscreteItemViewModel::SetDefaultItemSize(int size)
     m_dirty = true;
 }
 
-int CSimpleDiscreteItemViewModel::GetItemSize(int) const { return m_default_size; }
+int CSimpleDiscreteItemViewModel::GetItemSize(int) const
+{
+    return m_default_size;
+}
 
 void CSimpleDiscreteItemViewModel::SetStartItem(int item)
 {
     m_start = std::clamp(item, 0, std::max(0, m_count - 1));
 }
 
-void CSimpleDiscreteItemViewModel::SetViewSize(int size) { m_view_size = std::max(0, size); }
+void CSimpleDiscreteItemViewModel::SetViewSize(int size)
+{
+    m_view_size = std::max(0, size);
+}
 
-void CSimpleDiscreteItemViewModel::UpdateModelState() { rebuild(); }
+void CSimpleDiscreteItemViewModel::UpdateModelState()
+{
+    rebuild();
+}
 
 void CSimpleDiscreteItemViewModel::ensure_state() const
 {
@@ -145,8 +154,8 @@ int CSimpleDiscreteItemViewModel::GetStartItemForLastItem(int item) const
     item = std::clamp(item, 0, m_count - 1);
     const int bottom = m_offsets[static_cast<size_t>(item) + 1];
     // First start whose top is no further than a view's height above the bottom.
-    auto it = std::lower_bound(m_offsets.begin(), m_offsets.begin() + item + 1,
-                               bottom - m_view_size);
+    auto it =
+        std::lower_bound(m_offsets.begin(), m_offsets.begin() + item + 1, bottom - m_view_size);
     return std::min(static_cast<int>(it - m_offsets.begin()), item);
 }
 
@@ -178,7 +187,10 @@ int CSimpleContinuousItemViewModel::GetItemSize(int item) const
     return m_sizes[static_cast<size_t>(item)];
 }
 
-void CSimpleContinuousItemViewModel::SetViewSize(int size) { m_view_size = std::max(0, size); }
+void CSimpleContinuousItemViewModel::SetViewSize(int size)
+{
+    m_view_size = std::max(0, size);
+}
 
 void CSimpleContinuousItemViewModel::rebuild()
 {
@@ -213,6 +225,9 @@ ItemRange CSimpleContinuousItemViewModel::GetFullRange() const
     return {-m_offset, m_offsets.back() - m_offset};
 }
 
-int CSimpleContinuousItemViewModel::GetTotalSize() const { return m_offsets.back(); }
+int CSimpleContinuousItemViewModel::GetTotalSize() const
+{
+    return m_offsets.back();
+}
 
 } // namespace uiframe7

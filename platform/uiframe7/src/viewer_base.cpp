@@ -6,11 +6,26 @@ namespace uiframe7 {
 
 CEventHandler::~CEventHandler() = default;
 
-bool CEventHandler::ProcessButtonDown(int, int, int, uicore7::MouseButton, bool*) { return false; }
-bool CEventHandler::ProcessButtonUp(int, int, int, uicore7::MouseButton, bool*) { return false; }
-bool CEventHandler::ProcessDoubleClick(int, int, int, uicore7::MouseButton, bool*) { return false; }
-bool CEventHandler::ProcessMouseMove(int, int, int, bool*) { return false; }
-bool CEventHandler::ProcessKeyDown(int, int, bool*) { return false; }
+bool CEventHandler::ProcessButtonDown(int, int, int, uicore7::MouseButton, bool*)
+{
+    return false;
+}
+bool CEventHandler::ProcessButtonUp(int, int, int, uicore7::MouseButton, bool*)
+{
+    return false;
+}
+bool CEventHandler::ProcessDoubleClick(int, int, int, uicore7::MouseButton, bool*)
+{
+    return false;
+}
+bool CEventHandler::ProcessMouseMove(int, int, int, bool*)
+{
+    return false;
+}
+bool CEventHandler::ProcessKeyDown(int, int, bool*)
+{
+    return false;
+}
 
 void CViewerBase::AddEventHandler(CEventHandler* handler)
 {
@@ -32,8 +47,7 @@ bool CViewerBase::HasEventHandler(CEventHandler* handler) const
     return std::find(m_handlers.begin(), m_handlers.end(), handler) != m_handlers.end();
 }
 
-template <class F>
-bool CViewerBase::dispatch(F&& f)
+template <class F> bool CViewerBase::dispatch(F&& f)
 {
     // A handler may add or remove handlers (or itself) while it runs.
     const std::vector<CEventHandler*> snapshot = m_handlers;
@@ -94,10 +108,25 @@ bool CViewerBase::OnKeyDown(int key_code, int keys)
     return ViewerKeyDown(key_code, keys);
 }
 
-bool CViewerBase::ViewerButtonDown(int, int, int, uicore7::MouseButton) { return false; }
-bool CViewerBase::ViewerButtonUp(int, int, int, uicore7::MouseButton) { return false; }
-bool CViewerBase::ViewerDoubleClick(int, int, int, uicore7::MouseButton) { return false; }
-bool CViewerBase::ViewerMouseMove(int, int, int) { return false; }
-bool CViewerBase::ViewerKeyDown(int, int) { return false; }
+bool CViewerBase::ViewerButtonDown(int, int, int, uicore7::MouseButton)
+{
+    return false;
+}
+bool CViewerBase::ViewerButtonUp(int, int, int, uicore7::MouseButton)
+{
+    return false;
+}
+bool CViewerBase::ViewerDoubleClick(int, int, int, uicore7::MouseButton)
+{
+    return false;
+}
+bool CViewerBase::ViewerMouseMove(int, int, int)
+{
+    return false;
+}
+bool CViewerBase::ViewerKeyDown(int, int)
+{
+    return false;
+}
 
 } // namespace uiframe7

@@ -111,7 +111,10 @@ uicore7::point<int> CVisualElement::LocalToScreen(uicore7::point<int> p) const
     return window ? window->ClientToScreen(w) : w;
 }
 
-void CVisualElement::Refresh() { RefreshLocalRect(GetLocalRect()); }
+void CVisualElement::Refresh()
+{
+    RefreshLocalRect(GetLocalRect());
+}
 
 void CVisualElement::RefreshLocalRect(const uicore7::rectangle<int>& local)
 {
@@ -173,12 +176,33 @@ CVisualElement* CVisualElement::HitTestElement(uicore7::point<int> window_point)
 
 void CVisualElement::OnPaint(uicore7::IPainter&, const uicore7::rectangle<int>&) {}
 
-bool CVisualElement::OnMouseDown(int, int, int, uicore7::MouseButton) { return false; }
-bool CVisualElement::OnMouseUp(int, int, int, uicore7::MouseButton) { return false; }
-bool CVisualElement::OnDoubleClick(int, int, int, uicore7::MouseButton) { return false; }
-bool CVisualElement::OnMouseMove(int, int, int) { return false; }
-bool CVisualElement::OnMouseWheel(int, int, int, int) { return false; }
-bool CVisualElement::OnKeyDown(int, int) { return false; }
-bool CVisualElement::OnScroll(ScrollAction, int) { return false; }
+bool CVisualElement::OnMouseDown(int, int, int, uicore7::MouseButton)
+{
+    return false;
+}
+bool CVisualElement::OnMouseUp(int, int, int, uicore7::MouseButton)
+{
+    return false;
+}
+bool CVisualElement::OnDoubleClick(int, int, int, uicore7::MouseButton)
+{
+    return false;
+}
+bool CVisualElement::OnMouseMove(int, int, int)
+{
+    return false;
+}
+bool CVisualElement::OnMouseWheel(int, int, int, int)
+{
+    return false;
+}
+bool CVisualElement::OnKeyDown(int, int)
+{
+    return false;
+}
+bool CVisualElement::OnScroll(ScrollAction, int)
+{
+    return false;
+}
 
 } // namespace uiframe7

@@ -419,8 +419,8 @@ TEST_F(grid_window, GroupsMakeTwoHeaderRowsAndResizingFollowsTheWeights)
     EXPECT_FALSE(child.header_group);
 
     frame->SetSize(wxSize(1000, 420));
-    ASSERT_TRUE(corr_test::wait_until(
-        [&] { return grid->GetViewer()->GetRect().width() > width + 300; }));
+    ASSERT_TRUE(
+        corr_test::wait_until([&] { return grid->GetViewer()->GetRect().width() > width + 300; }));
     const int wider = grid->GetViewer()->GetRect().width();
     EXPECT_EQ(columns->GetTotalSize(), wider);
     EXPECT_NEAR(columns->GetItemSize(0), wider / 2, 1);

@@ -107,8 +107,8 @@ TEST(ProportionalResizing, WidthsFollowWeightsAndFillTheWidthExactly)
 TEST(ProportionalResizing, FixedColumnsAndMinimumWidths)
 {
     // Column 0 fixed at 24: the others share the rest.
-    auto widths = CProportionalResizingModelEx::DistributeWidths({100, 100, 300}, {24, -1, -1},
-                                                                 424, 10);
+    auto widths =
+        CProportionalResizingModelEx::DistributeWidths({100, 100, 300}, {24, -1, -1}, 424, 10);
     EXPECT_EQ(widths, (std::vector<int>{24, 100, 300}));
     // Too narrow for the proportions: the small share rises to the minimum.
     widths = CProportionalResizingModelEx::DistributeWidths({1, 99}, {}, 100, 20);

@@ -76,7 +76,7 @@ TEST(DiscreteItemViewModel, OffsetsArePrefixSumsComputedInOnePass)
     EXPECT_EQ(rows.GetItemOffset(2), 5);
     EXPECT_EQ(rows.GetItemOffset(3), 12);
     EXPECT_EQ(rows.GetItemOffset(4), 15);
-    EXPECT_EQ(rows.asks, 4); // once per item, however many queries follow
+    EXPECT_EQ(rows.asks, 4);       // once per item, however many queries follow
     EXPECT_EQ(rows.HitTest(5), 2); // the empty item 1 is never hit
     for (int y = 0; y < 15; ++y)
         rows.HitTest(y);

@@ -50,7 +50,7 @@ public:
     virtual ~IGridViewer() = default;
 
     virtual int GetCurrentRow() const = 0;
-    virtual void SetCurrentRow(int row) = 0; // -1: none; scrolls it into view
+    virtual void SetCurrentRow(int row) = 0;  // -1: none; scrolls it into view
     virtual int GetCurrentColumn() const = 0; // model column, -1: none
     virtual void SetCurrentColumn(int column) = 0;
 
@@ -117,9 +117,10 @@ public:
     void SetResizingModel(IResizingModel* model);
     // Null: no tooltips.
     void SetTooltipModel(ITooltipModel* model);
-    // Drops every model (and the row view model chosen for them) without
-    // calling any of them, and stops an open editor silently. A host whose
-    // grid outlives its models calls this before destroying them.
+    // Drops every model (and the row view model chosen for them) and every
+    // event handler of the viewer without calling any of them, and stops an
+    // open editor silently. A host whose grid outlives its models calls this
+    // before destroying them.
     void DetachModels();
 
     IDrawingModel* GetDrawingModel() const { return m_drawing; }

@@ -81,8 +81,8 @@ public:
 
     bool AddItem(int column, IHeaderItem::ItemState state, int width_weight,
                  IHeaderItem::SortingDirection sorting) override;
-    bool AddChildItem(int parent_column, int column, IHeaderItem::ItemState state,
-                      int width_weight, IHeaderItem::SortingDirection sorting) override;
+    bool AddChildItem(int parent_column, int column, IHeaderItem::ItemState state, int width_weight,
+                      IHeaderItem::SortingDirection sorting) override;
     void Clear() override;
 
     int GetItemCount() const override;

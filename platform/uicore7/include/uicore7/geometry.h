@@ -4,8 +4,7 @@
 
 namespace uicore7 {
 
-template <class T>
-struct point
+template <class T> struct point
 {
     T x{};
     T y{};
@@ -16,8 +15,7 @@ struct point
     bool operator!=(const point& o) const { return !(*this == o); }
 };
 
-template <class T>
-struct size
+template <class T> struct size
 {
     T width{};
     T height{};
@@ -30,8 +28,7 @@ struct size
 
 // A rectangle by its four edges; width is right - left. Nothing forces
 // left <= right: call normalize() on a rectangle built from two corners.
-template <class T>
-struct rectangle
+template <class T> struct rectangle
 {
     T left{};
     T top{};
@@ -40,8 +37,7 @@ struct rectangle
 
     rectangle() = default;
     rectangle(T l, T t, T r, T b) : left(l), top(t), right(r), bottom(b) {}
-    template <class U>
-    static rectangle from(const rectangle<U>& o)
+    template <class U> static rectangle from(const rectangle<U>& o)
     {
         return rectangle(static_cast<T>(o.left), static_cast<T>(o.top), static_cast<T>(o.right),
                          static_cast<T>(o.bottom));
@@ -110,8 +106,7 @@ struct rectangle
 // A rectangle in whole pixels of a view, as the view lays it out (the
 // coordinates of the view it came from, not of the desktop). Views hand these
 // to models for things they drew, such as an in-cell button.
-template <class T>
-struct screen_rectangle : rectangle<T>
+template <class T> struct screen_rectangle : rectangle<T>
 {
     using rectangle<T>::rectangle;
     screen_rectangle() = default;

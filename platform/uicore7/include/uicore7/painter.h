@@ -24,10 +24,10 @@ enum TextAlign : int {
     taBottom = 0x10,
     taVCenter = 0x20,
 
-    taLeftVCenter = taLeft | taVCenter,     // 33
-    taRightVCenter = taRight | taVCenter,   // 34
-    taCenter = taHCenter | taVCenter,       // 36
-    taLeftTop = taLeft | taTop,             // 9
+    taLeftVCenter = taLeft | taVCenter,   // 33
+    taRightVCenter = taRight | taVCenter, // 34
+    taCenter = taHCenter | taVCenter,     // 36
+    taLeftTop = taLeft | taTop,           // 9
 };
 
 // Bits of the state argument of DrawButton.
@@ -35,7 +35,7 @@ enum ButtonState : int {
     bsNormal = 0,
     bsPressed = 0x01,
     bsDisabled = 0x02,
-    bsHot = 0x04,     // the pointer is over it
+    bsHot = 0x04, // the pointer is over it
     bsFocused = 0x08,
 };
 

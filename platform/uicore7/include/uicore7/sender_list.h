@@ -32,8 +32,7 @@ public:
     virtual void ForEachListener(const std::function<void(IListener*)>& f) = 0;
 
     // Sends to each listener that implements L.
-    template <class L, class F>
-    void Send(F&& f)
+    template <class L, class F> void Send(F&& f)
     {
         ForEachListener([&](IListener* l) {
             if (auto* target = dynamic_cast<L*>(l))

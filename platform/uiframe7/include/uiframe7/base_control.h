@@ -62,8 +62,7 @@ private:
     void on_capture_lost(wxMouseCaptureLostEvent& event);
 
     CVisualElement* target_at(uicore7::point<int> window_point);
-    template <class F>
-    bool bubble(CVisualElement* from, uicore7::point<int> window_point, F&& f);
+    template <class F> bool bubble(CVisualElement* from, uicore7::point<int> window_point, F&& f);
 
     std::unique_ptr<CVisualElement> m_root;
     std::unique_ptr<CSysWindowImpl> m_sys;

@@ -15,15 +15,15 @@ class IContinuousItemViewModel;
 // One caption of the header.
 struct HeaderCell
 {
-    int id = -1;    // the content's own number for the cell (a grid: the model column)
-    int first = 0;  // first and last column spanned (positions in the column view model)
+    int id = -1;   // the content's own number for the cell (a grid: the model column)
+    int first = 0; // first and last column spanned (positions in the column view model)
     int last = 0;
-    int row = 0;    // header row (0 is the top row) and rows spanned
+    int row = 0; // header row (0 is the top row) and rows spanned
     int row_span = 1;
     std::wstring caption;
-    int image = -1;  // index in the header's image list, -1 for none
-    int align = 36;  // uicore7::TextAlign bits
-    int sort = 0;    // 0 none, 1 ascending, 2 descending
+    int image = -1; // index in the header's image list, -1 for none
+    int align = 36; // uicore7::TextAlign bits
+    int sort = 0;   // 0 none, 1 ascending, 2 descending
     bool is_group = false;
 };
 

@@ -16,6 +16,7 @@ public:
     void AddEventHandler(CEventHandler* handler);
     bool RemoveEventHandler(CEventHandler* handler);
     bool HasEventHandler(CEventHandler* handler) const;
+    void RemoveAllEventHandlers() { m_handlers.clear(); }
     std::size_t GetEventHandlerCount() const { return m_handlers.size(); }
 
     bool OnMouseDown(int x, int y, int keys, uicore7::MouseButton button) override;
@@ -34,8 +35,7 @@ protected:
 
 private:
     // True when a handler claimed the event.
-    template <class F>
-    bool dispatch(F&& f);
+    template <class F> bool dispatch(F&& f);
 
     std::vector<CEventHandler*> m_handlers;
 };
