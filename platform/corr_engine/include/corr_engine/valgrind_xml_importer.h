@@ -1,0 +1,35 @@
+#pragma once
+// Importer of Valgrind's XML output (--xml=yes), protocol versions 4, 5 and 6,
+// written by memcheck, helgrind and drd.
+//
+// One problem per <error>: its kind, what/xwhat text, every stack (each
+// further stack titled by the auxwhat/xauxwhat or the drd context element
+// before it), the remaining auxwhat texts, leak sizes, and for helgrind the
+// announcements of the threads the error names. Everything else is skipped.
+// The input is parsed as a stream in 64 KB pieces: memory does not grow with
+// the file. Output that stops before </valgrindoutput> (the analysed program
+// was killed) gives every complete error and a warning, not a failure.
+#include "corr_engine/result_converter.h"
+
+#include <cstddef>
+
+namespace corr_engine {
+
+class valgrind_xml_importer_t : public result_importer_t
+{
+public:
+    std::wstring extension() const override { return L"xml"; }
+    // Any XML document, and the empty file: wrong roots and protocol versions
+    // are then reported by the import with a reason instead of "unknown file".
+    bool can_import(const std::string& head) const override;
+    import_report_t import_stream(std::istream& in, const std::wstring& name, const import_context_t& context,
+                                  const problem_sink_t& sink) const override;
+    // The same on a buffer in memory (fuzzing, tests).
+    import_report_t import_buffer(const char* data, std::size_t size, const std::wstring& name,
+                                  const import_context_t& context, const problem_sink_t& sink) const;
+
+    // Size of the pieces handed to expat.
+    static constexpr std::size_t chunk_size = 64 * 1024;
+};
+
+} // namespace corr_engine
