@@ -265,8 +265,10 @@ public:
         ++m_line_no;
         if (!raw.empty() && raw.back() == '\r')
             raw.remove_suffix(1);
-        const string_view text = strip_pid_prefix(raw);
-        const string_view t = trim(text);
+        string_view t = trim(raw);
+        for (string_view stripped = trim(strip_pid_prefix(t)); stripped.size() != t.size();
+             stripped = trim(strip_pid_prefix(t)))
+            t = stripped;
         if (starts_header(t))
             return true;
         if (m_kind == report_kind_t::none)
@@ -556,8 +558,9 @@ private:
         m_kind = report_kind_t::none;
         m_report.truncated = true;
         m_report.warnings.push_back(m_name + L": the output ends in the middle of the report that starts at line " +
-                                    std::to_wstring(m_header_line) + L"; that report was skipped and the " +
-                                    std::to_wstring(m_report.problems) + L" complete problems before it were imported");
+                                    std::to_wstring(m_header_line) + L"; that report was skipped, " +
+                                    std::to_wstring(m_report.problems) +
+                                    (m_report.problems == 1 ? L" problem" : L" problems") + L" before it imported");
         m_report.tool.clear();
         for (const auto& tool : m_tools)
             m_report.tool += (m_report.tool.empty() ? "" : ", ") + tool;

@@ -343,13 +343,14 @@ private:
             m_truncated = true;
             m_report.truncated = true;
             const std::wstring where = L" (line " + std::to_wstring(XML_GetCurrentLineNumber(m_parser)) + L")";
-            m_report.warnings.push_back(
-                m_in_error ? m_name + L": the output ends in the middle of an error" + where +
-                                 L"; that error was skipped and the " + std::to_wstring(m_report.problems) +
-                                 L" complete errors before it were imported"
-                           : m_name + L": the output ends before </valgrindoutput>" + where +
-                                 L"; the analysed program did not finish, " + std::to_wstring(m_report.problems) +
-                                 L" complete errors were imported");
+            const std::wstring complete = std::to_wstring(m_report.problems) +
+                                          (m_report.problems == 1 ? L" complete error" : L" complete errors");
+            m_report.warnings.push_back(m_in_error ? m_name + L": the output ends in the middle of an error" + where +
+                                                         L"; that error was skipped, the " + complete +
+                                                         L" before it were imported"
+                                                   : m_name + L": the output ends before </valgrindoutput>" + where +
+                                                         L" (the analysed program did not finish); " + complete +
+                                                         L" imported");
             return;
         }
         m_report.ok = false;
