@@ -661,13 +661,14 @@ import_report_t valgrind_xml_importer_t::import_stream(std::istream& in, const s
 }
 
 import_report_t valgrind_xml_importer_t::import_buffer(const char* data, std::size_t size, const std::wstring& name,
-                                                       const import_context_t& context,
-                                                       const problem_sink_t& sink) const
+                                                       const import_context_t& context, const problem_sink_t& sink,
+                                                       std::size_t chunk) const
 {
     parser_t parser(name, context, sink);
+    chunk = std::max<std::size_t>(chunk, 1);
     std::size_t offset = 0;
     do {
-        const std::size_t n = std::min(chunk_size, size - offset);
+        const std::size_t n = std::min(chunk, size - offset);
         const bool final = offset + n == size;
         if (!parser.feed(data + offset, n, final) || final)
             break;

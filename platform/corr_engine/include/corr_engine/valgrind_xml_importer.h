@@ -24,9 +24,11 @@ public:
     bool can_import(const std::string& head) const override;
     import_report_t import_stream(std::istream& in, const std::wstring& name, const import_context_t& context,
                                   const problem_sink_t& sink) const override;
-    // The same on a buffer in memory (fuzzing, tests).
+    // The same on a buffer in memory (fuzzing, tests), handed to expat in
+    // pieces of chunk bytes.
     import_report_t import_buffer(const char* data, std::size_t size, const std::wstring& name,
-                                  const import_context_t& context, const problem_sink_t& sink) const;
+                                  const import_context_t& context, const problem_sink_t& sink,
+                                  std::size_t chunk = chunk_size) const;
 
     // Size of the pieces handed to expat.
     static constexpr std::size_t chunk_size = 64 * 1024;
