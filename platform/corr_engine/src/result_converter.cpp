@@ -24,6 +24,11 @@ std::vector<std::shared_ptr<const result_importer_t>>& registry()
 }
 } // namespace
 
+import_report_t result_importer_t::scan_stream(std::istream& in, const std::wstring& name) const
+{
+    return import_stream(in, name, import_context_t{}, [](probstore3::problem_t&&) {});
+}
+
 import_report_t result_importer_t::import(const basekit2::path_t& file, const problem_sink_t& sink) const
 {
     return import(file, import_context_t{}, sink);

@@ -55,54 +55,67 @@ enum class tag_t : unsigned char {
     other_segment_end,
 };
 
-struct tag_name_t
-{
-    const char* name;
-    tag_t tag;
-};
-
-// Sorted by name for the binary search in classify().
-constexpr tag_name_t tag_names[] = {
-    {"allocation_context", tag_t::allocation_context},
-    {"announcethread", tag_t::announcethread},
-    {"arg", tag_t::arg},
-    {"args", tag_t::args},
-    {"argv", tag_t::argv},
-    {"auxwhat", tag_t::auxwhat},
-    {"dir", tag_t::dir},
-    {"error", tag_t::error},
-    {"exe", tag_t::exe},
-    {"file", tag_t::file},
-    {"fn", tag_t::fn},
-    {"frame", tag_t::frame},
-    {"hthreadid", tag_t::hthreadid},
-    {"ip", tag_t::ip},
-    {"isrootthread", tag_t::isrootthread},
-    {"kind", tag_t::kind},
-    {"leakedblocks", tag_t::leakedblocks},
-    {"leakedbytes", tag_t::leakedbytes},
-    {"line", tag_t::line},
-    {"obj", tag_t::obj},
-    {"other_segment_end", tag_t::other_segment_end},
-    {"other_segment_start", tag_t::other_segment_start},
-    {"protocoltool", tag_t::protocoltool},
-    {"protocolversion", tag_t::protocolversion},
-    {"stack", tag_t::stack},
-    {"text", tag_t::text},
-    {"tool", tag_t::tool},
-    {"valgrindoutput", tag_t::valgrindoutput},
-    {"what", tag_t::what},
-    {"xauxwhat", tag_t::xauxwhat},
-    {"xwhat", tag_t::xwhat},
-};
-
+// Called for every element of a file that may be hundreds of MB: a switch on
+// the first letter, then one comparison.
 tag_t classify(const char* name)
 {
-    const auto* end = std::end(tag_names);
-    const auto* it = std::lower_bound(std::begin(tag_names), end, name, [](const tag_name_t& t, const char* n) {
-        return std::strcmp(t.name, n) < 0;
-    });
-    return it != end && std::strcmp(it->name, name) == 0 ? it->tag : tag_t::other;
+    auto is = [name](const char* candidate, tag_t t) { return std::strcmp(name + 1, candidate + 1) == 0 ? t : tag_t::other; };
+    switch (name[0]) {
+    case 'a':
+        if (name[1] == 'r')
+            return name[2] == 'g' && name[3] == '\0'  ? tag_t::arg
+                   : name[2] == 'g' && name[3] == 's' && name[4] == '\0' ? tag_t::args
+                   : is("argv", tag_t::argv);
+        if (name[1] == 'u')
+            return is("auxwhat", tag_t::auxwhat);
+        if (name[1] == 'n')
+            return is("announcethread", tag_t::announcethread);
+        return is("allocation_context", tag_t::allocation_context);
+    case 'd':
+        return is("dir", tag_t::dir);
+    case 'e':
+        return name[1] == 'r' ? is("error", tag_t::error) : is("exe", tag_t::exe);
+    case 'f':
+        if (name[1] == 'n' && name[2] == '\0')
+            return tag_t::fn;
+        return name[1] == 'r' ? is("frame", tag_t::frame) : is("file", tag_t::file);
+    case 'h':
+        return is("hthreadid", tag_t::hthreadid);
+    case 'i':
+        if (name[1] == 'p' && name[2] == '\0')
+            return tag_t::ip;
+        return is("isrootthread", tag_t::isrootthread);
+    case 'k':
+        return is("kind", tag_t::kind);
+    case 'l':
+        if (name[1] == 'i')
+            return is("line", tag_t::line);
+        return std::strcmp(name, "leakedbytes") == 0    ? tag_t::leakedbytes
+               : std::strcmp(name, "leakedblocks") == 0 ? tag_t::leakedblocks
+                                                        : tag_t::other;
+    case 'o':
+        if (name[1] == 'b')
+            return is("obj", tag_t::obj);
+        return std::strcmp(name, "other_segment_start") == 0 ? tag_t::other_segment_start
+               : std::strcmp(name, "other_segment_end") == 0 ? tag_t::other_segment_end
+                                                             : tag_t::other;
+    case 'p':
+        return std::strcmp(name, "protocolversion") == 0 ? tag_t::protocolversion
+               : std::strcmp(name, "protocoltool") == 0  ? tag_t::protocoltool
+                                                         : tag_t::other;
+    case 's':
+        return is("stack", tag_t::stack);
+    case 't':
+        return name[1] == 'e' ? is("text", tag_t::text) : is("tool", tag_t::tool);
+    case 'v':
+        return is("valgrindoutput", tag_t::valgrindoutput);
+    case 'w':
+        return is("what", tag_t::what);
+    case 'x':
+        return name[1] == 'w' ? is("xwhat", tag_t::xwhat) : is("xauxwhat", tag_t::xauxwhat);
+    default:
+        return tag_t::other;
+    }
 }
 
 // Which children each element of interest has; anything else is skipped with
@@ -184,18 +197,17 @@ const char* wrapper_title(tag_t t)
     }
 }
 
-std::string trimmed(const std::string& s)
+std::string_view trimmed(std::string_view s)
 {
     const auto b = s.find_first_not_of(" \t\r\n");
-    if (b == std::string::npos)
+    if (b == std::string_view::npos)
         return {};
     const auto e = s.find_last_not_of(" \t\r\n");
     return s.substr(b, e - b + 1);
 }
 
-bool parse_uint(const std::string& text, std::uint64_t& out, int base = 10)
+bool parse_uint(std::string_view v, std::uint64_t& out, int base = 10)
 {
-    std::string_view v(text);
     if (base == 16 && (v.substr(0, 2) == "0x" || v.substr(0, 2) == "0X"))
         v.remove_prefix(2);
     if (v.empty())
@@ -254,12 +266,14 @@ std::string announcement_text(const std::string& id, bool root, const stack_t& s
 class parser_t
 {
 public:
-    parser_t(const std::wstring& name, const import_context_t& context, const problem_sink_t& sink)
-        : m_name(name), m_locator(context.source_dirs), m_sink(sink), m_parser(XML_ParserCreate(nullptr))
+    // build false: only check and count (no sink is called).
+    parser_t(const std::wstring& name, const import_context_t& context, const problem_sink_t& sink,
+             bool build = true)
+        : m_name(name), m_locator(context.source_dirs), m_sink(sink), m_build(build),
+          m_parser(XML_ParserCreate(nullptr))
     {
         XML_SetUserData(m_parser, this);
         XML_SetElementHandler(m_parser, &parser_t::on_start, &parser_t::on_end);
-        XML_SetCharacterDataHandler(m_parser, &parser_t::on_text);
     }
     ~parser_t() { XML_ParserFree(m_parser); }
     parser_t(const parser_t&) = delete;
@@ -272,7 +286,32 @@ public:
             return false;
         if (size > 0)
             m_bytes_seen = true;
-        if (XML_Parse(m_parser, data, static_cast<int>(size), final ? XML_TRUE : XML_FALSE) == XML_STATUS_OK)
+        return parsed(XML_Parse(m_parser, data, static_cast<int>(size), final ? XML_TRUE : XML_FALSE));
+    }
+
+    // Reads the next piece of the stream into expat's own buffer (no copy).
+    bool feed(std::istream& in, std::size_t chunk, bool& final)
+    {
+        if (m_stopped)
+            return false;
+        void* buffer = XML_GetBuffer(m_parser, static_cast<int>(chunk));
+        if (!buffer) {
+            m_stopped = true;
+            m_report.ok = false;
+            m_report.error = m_name + L": out of memory";
+            return false;
+        }
+        in.read(static_cast<char*>(buffer), static_cast<std::streamsize>(chunk));
+        const auto got = static_cast<std::size_t>(in.gcount());
+        final = got < chunk;
+        if (got > 0)
+            m_bytes_seen = true;
+        return parsed(XML_ParseBuffer(m_parser, static_cast<int>(got), final ? XML_TRUE : XML_FALSE));
+    }
+
+    bool parsed(XML_Status status)
+    {
+        if (status == XML_STATUS_OK)
             return true;
         m_stopped = true;
         if (m_report.ok) // not stopped by one of our own checks
@@ -306,7 +345,7 @@ private:
         auto* p = static_cast<parser_t*>(self);
         // A field larger than this is no analyser's output; keep memory bounded.
         constexpr std::size_t max_text = 1 << 20;
-        if (p->m_collect && p->m_text.size() < max_text)
+        if (p->m_text.size() < max_text)
             p->m_text.append(s, static_cast<std::size_t>(len));
     }
 
@@ -372,14 +411,16 @@ private:
             return;
         }
         const tag_t parent = m_path.back();
-        if (!accepts(parent, t)) {
+        if (!accepts(parent, t) || (!m_build && t == tag_t::stack)) {
             m_skip = 1;
             return;
         }
         m_path.push_back(t);
         if (is_text_leaf(t)) {
             m_text.clear();
-            m_collect = true;
+            // Only text leaves get character data: expat then skips the
+            // whitespace between elements without calling us.
+            XML_SetCharacterDataHandler(m_parser, &parser_t::on_text);
             return;
         }
         switch (t) {
@@ -417,7 +458,7 @@ private:
         m_path.pop_back();
         const tag_t parent = m_path.empty() ? tag_t::other : m_path.back();
         if (is_text_leaf(t)) {
-            m_collect = false;
+            XML_SetCharacterDataHandler(m_parser, nullptr);
             end_text(t, parent);
             return;
         }
@@ -433,7 +474,7 @@ private:
             end_error();
             break;
         case tag_t::announcethread:
-            if (!m_thread_id.empty())
+            if (m_build && !m_thread_id.empty())
                 m_announcements[m_thread_id] = announcement_text(m_thread_id, m_thread_root, m_thread_stack);
             break;
         default:
@@ -446,7 +487,7 @@ private:
         switch (t) {
         case tag_t::protocolversion: {
             std::uint64_t v = 0;
-            const std::string text = trimmed(m_text);
+            const std::string_view text = trimmed(m_text);
             if (!parse_uint(text, v) || v < 4 || v > 6)
                 return fail(L"unsupported Valgrind XML protocol version " + utf8_to_wide(text) +
                             L" (supported: 4, 5 and 6)");
@@ -454,10 +495,10 @@ private:
             break;
         }
         case tag_t::protocoltool:
-            m_protocol_tool = trimmed(m_text);
+            m_protocol_tool = std::string(trimmed(m_text));
             break;
         case tag_t::tool:
-            m_tool = trimmed(m_text);
+            m_tool = std::string(trimmed(m_text));
             break;
         case tag_t::exe:
             m_exe = m_text;
@@ -466,7 +507,7 @@ private:
             m_args.push_back(m_text);
             break;
         case tag_t::kind:
-            m_problem.kind = trimmed(m_text);
+            m_problem.kind.assign(trimmed(m_text));
             break;
         case tag_t::what:
             set_what(m_text);
@@ -488,16 +529,18 @@ private:
             break;
         case tag_t::hthreadid:
             if (parent == tag_t::announcethread)
-                m_thread_id = trimmed(m_text);
+                m_thread_id.assign(trimmed(m_text));
             else if (std::find(m_threads.begin(), m_threads.end(), trimmed(m_text)) == m_threads.end())
-                m_threads.push_back(trimmed(m_text));
+                m_threads.emplace_back(trimmed(m_text));
             break;
         case tag_t::ip:
             parse_uint(trimmed(m_text), m_frame.address, 16);
             break;
-        case tag_t::obj:
-            m_frame.module = module_short_name(m_text);
+        case tag_t::obj: {
+            const auto slash = m_text.find_last_of('/');
+            m_frame.module.assign(m_text, slash == std::string::npos ? 0 : slash + 1);
             break;
+        }
         case tag_t::fn:
             m_frame.function = m_text;
             break;
@@ -506,7 +549,9 @@ private:
             break;
         case tag_t::file:
             // <dir> comes before <file> when present.
-            m_frame.source = m_frame.source.empty() ? m_text : m_frame.source + "/" + m_text;
+            if (!m_frame.source.empty())
+                m_frame.source.push_back('/');
+            m_frame.source.append(m_text);
             break;
         case tag_t::line:
             parse_uint(trimmed(m_text), m_frame.line);
@@ -546,6 +591,7 @@ private:
         } else {
             stack.title = wrapper_title(parent);
         }
+        stack.frames.reserve(16);
         m_problem.stacks.push_back(std::move(stack));
         m_stack = &m_problem.stacks.back();
     }
@@ -577,6 +623,10 @@ private:
             XML_StopParser(m_parser, XML_FALSE);
             return;
         }
+        if (!m_build) {
+            ++m_report.problems;
+            return;
+        }
         if (m_has_pending_aux)
             m_problem.aux.push_back(std::move(m_pending_aux));
         m_has_pending_aux = false;
@@ -595,6 +645,7 @@ private:
     const std::wstring& m_name;
     best_location_t m_locator;
     const problem_sink_t& m_sink;
+    const bool m_build;
     XML_Parser m_parser;
     import_report_t m_report;
     bool m_stopped = false;
@@ -603,7 +654,6 @@ private:
 
     std::vector<tag_t> m_path; // open elements of interest
     int m_skip = 0;            // depth inside a skipped element
-    bool m_collect = false;
     std::string m_text;
 
     int m_protocol = 0;
@@ -643,14 +693,25 @@ import_report_t valgrind_xml_importer_t::import_stream(std::istream& in, const s
                                                        const problem_sink_t& sink) const
 {
     parser_t parser(name, context, sink);
-    std::vector<char> buffer(chunk_size);
-    for (;;) {
-        in.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-        const auto got = static_cast<std::size_t>(in.gcount());
-        const bool final = got < buffer.size();
-        if (!parser.feed(buffer.data(), got, final) || final)
+    for (bool final = false; !final;)
+        if (!parser.feed(in, chunk_size, final))
             break;
+    if (in.bad()) {
+        import_report_t report;
+        report.ok = false;
+        report.error = name + L": read error";
+        return report;
     }
+    return parser.finish();
+}
+
+import_report_t valgrind_xml_importer_t::scan_stream(std::istream& in, const std::wstring& name) const
+{
+    const problem_sink_t none;
+    parser_t parser(name, import_context_t{}, none, false);
+    for (bool final = false; !final;)
+        if (!parser.feed(in, chunk_size, final))
+            break;
     if (in.bad()) {
         import_report_t report;
         report.ok = false;

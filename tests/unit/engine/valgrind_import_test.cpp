@@ -45,6 +45,27 @@ TEST(ValgrindXmlImport, EveryRecordedFileGivesOneProblemPerError)
     }
 }
 
+TEST(ValgrindXmlImport, ScanGivesTheSameReportAsTheImport)
+{
+    std::vector<fs::path> files = samples_matching("", ".xml");
+    for (const auto& e : fs::directory_iterator(test_data("valgrind")))
+        if (e.path().extension() == ".xml")
+            files.push_back(e.path());
+    for (const auto& file : files) {
+        SCOPED_TRACE(file.filename().string());
+        const auto full = import_with(importer, file);
+        std::ifstream in(file, std::ios::binary);
+        const auto scan = importer.scan_stream(in, basekit2::path_t(file).str());
+        EXPECT_EQ(scan.ok, full.report.ok);
+        EXPECT_EQ(scan.error, full.report.error);
+        EXPECT_EQ(scan.warnings, full.report.warnings);
+        EXPECT_EQ(scan.truncated, full.report.truncated);
+        EXPECT_EQ(scan.problems, full.report.problems);
+        EXPECT_EQ(scan.tool, full.report.tool);
+        EXPECT_EQ(scan.command, full.report.command);
+    }
+}
+
 TEST(ValgrindXmlImport, UseAfterFreeKeepsStacksTitlesAndFramesAsRecorded)
 {
     const auto got = import_with(importer, sample("memcheck_use_after_free.xml"));

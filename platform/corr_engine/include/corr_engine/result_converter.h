@@ -52,6 +52,12 @@ public:
                                           const import_context_t& context,
                                           const problem_sink_t& sink) const = 0;
 
+    // Reads a whole output to check it and count its problems, without
+    // handing them out: what a result needs before it keeps a file. The
+    // report is the one import_stream gives (the same errors, warnings and
+    // count); an importer may skip building problems here to go faster.
+    virtual import_report_t scan_stream(std::istream& in, const std::wstring& name) const;
+
     // Reads the file and hands each complete problem to sink, in file order.
     import_report_t import(const basekit2::path_t& file, const problem_sink_t& sink) const;
     import_report_t import(const basekit2::path_t& file, const import_context_t& context,
