@@ -1,10 +1,11 @@
 // Valgrind XML importer on arbitrary bytes: it must not crash, must report
-// either problems or a reason, and must not depend on where the input is cut
-// into the pieces handed to expat.
+// either problems or a reason, must not depend on where the input is cut into
+// the pieces handed to expat, and its counting scan must agree with it.
 #include "corr_engine/valgrind_xml_importer.h"
 #include "importer_checks.h"
 
 #include <cstdint>
+#include <sstream>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
@@ -17,5 +18,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const auto b = importer.import_buffer(text, size, L"fuzz.xml", {}, [&](auto&& p) { pieces.push_back(p); }, chunk);
     fuzz::check_import(b, pieces);
     fuzz::check_same(a, whole, b, pieces);
+    // The counting scan that an import into a result runs must agree.
+    std::istringstream in(std::string(text, size));
+    const auto c = importer.scan_stream(in, L"fuzz.xml");
+    fuzz::check(c.ok == a.ok && c.truncated == a.truncated && c.problems == a.problems);
     return 0;
 }
