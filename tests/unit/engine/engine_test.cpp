@@ -184,6 +184,29 @@ TEST(Engine, SourceDirectoriesAreKeptAndUsed)
     EXPECT_EQ(again->get_source_dirs(), std::vector<path_t>{path_t(L"/work/wt-samples/samples/src")});
 }
 
+TEST(Engine, TheBundledSampleResultOpensAndMatchesTheRecordings)
+{
+    auto engine = engine_t::create();
+    ASSERT_TRUE(engine->open_result(path_t(fs::path(CORR_SAMPLES_DIR) / "result"))) << utf8(engine->last_error());
+    EXPECT_EQ(engine->get_result_name(), L"sample");
+    EXPECT_TRUE(fs::exists(fs::path(CORR_SAMPLES_DIR) / "result" / "suppressions" / ".gitkeep"));
+    const auto manifest = engine->get_manifest();
+    ASSERT_GE(manifest.data_files.size(), 8u);
+    std::uint64_t expected = 0;
+    for (const auto& data : manifest.data_files) {
+        expected += data.problems;
+        // Kept unchanged: each is a byte-for-byte copy of its recording.
+        EXPECT_EQ(read_file(fs::path(CORR_SAMPLES_DIR) / "result" / "data" / data.name),
+                  read_file(sample(utf8(data.name))))
+            << utf8(data.name);
+    }
+    const auto problems = engine->get_problems();
+    EXPECT_EQ(problems->size(), expected);
+    EXPECT_TRUE(engine->get_load_report().ok);
+    for (size_t i = 0; i < problems->size(); ++i)
+        EXPECT_EQ((*problems)[i].id, i + 1);
+}
+
 TEST(Engine, DataFileThatNoLongerReadsIsReportedOnLoad)
 {
     temp_dir_t tmp;
