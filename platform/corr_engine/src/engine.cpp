@@ -65,64 +65,6 @@ std::wstring join(const std::vector<std::wstring>& items)
     return out;
 }
 
-// Hands out the bytes of a file and writes each one it hands out to a copy,
-// so that the copy holds exactly what the importer read, in one pass.
-class tee_buf_t : public std::streambuf
-{
-public:
-    tee_buf_t(std::filebuf& source, std::filebuf& copy) : m_source(source), m_copy(copy) {}
-
-    // Copies whatever the reader left unread.
-    bool drain()
-    {
-        if (gptr() < egptr() && !write(gptr(), egptr() - gptr()))
-            return false;
-        setg(m_buffer, m_buffer, m_buffer);
-        for (std::streamsize n; (n = m_source.sgetn(m_buffer, sizeof m_buffer)) > 0;)
-            if (!write(m_buffer, n))
-                return false;
-        return !m_failed;
-    }
-    bool failed() const { return m_failed; }
-
-protected:
-    int_type underflow() override
-    {
-        const std::streamsize n = m_source.sgetn(m_buffer, sizeof m_buffer);
-        if (n <= 0 || !write(m_buffer, n))
-            return traits_type::eof();
-        setg(m_buffer, m_buffer, m_buffer + n);
-        return traits_type::to_int_type(*gptr());
-    }
-
-    // Large reads go straight from the file to the reader's buffer.
-    std::streamsize xsgetn(char* s, std::streamsize n) override
-    {
-        std::streamsize done = std::min<std::streamsize>(n, egptr() - gptr());
-        std::copy(gptr(), gptr() + done, s);
-        gbump(static_cast<int>(done));
-        if (done < n) {
-            const std::streamsize got = m_source.sgetn(s + done, n - done);
-            if (got > 0 && write(s + done, got))
-                done += got;
-        }
-        return done;
-    }
-
-private:
-    bool write(const char* data, std::streamsize n)
-    {
-        if (m_copy.sputn(data, n) != n)
-            m_failed = true;
-        return !m_failed;
-    }
-
-    std::filebuf& m_source;
-    std::filebuf& m_copy;
-    char m_buffer[64 * 1024];
-    bool m_failed = false;
-};
-
 bool is_empty_dir(const path_t& dir)
 {
     std::error_code ec;
@@ -404,8 +346,8 @@ private:
         return name;
     }
 
-    // Reads every file once, checking it with its importer while copying it
-    // to the staging folder: what is read is exactly what is kept.
+    // Copies every file to the staging folder and checks the copy with its
+    // importer, so that what is checked is exactly what is kept.
     bool stage_files(const std::vector<path_t>& files, const result_manifest_t& manifest, const path_t& data_dir,
                      const path_t& staging, import_files_report_t& report)
     {
@@ -441,18 +383,12 @@ private:
             item.stored_as = free_name(file, manifest, data_dir, taken);
             taken.insert(item.stored_as);
             const path_t copy = staging / path_t(item.stored_as);
-            std::filebuf source, target;
-            if (!source.open(file.fs(), std::ios::in | std::ios::binary))
-                return failed(file.str() + L": cannot open the file");
-            if (!target.open(copy.fs(), std::ios::out | std::ios::binary | std::ios::trunc))
-                return failed(copy.str() + L": cannot create the copy in the result");
-            tee_buf_t tee(source, target);
-            std::istream in(&tee);
-            item.report = importer->scan_stream(in, file.str());
+            fs::copy_file(file.fs(), copy.fs(), ec);
+            if (ec)
+                return failed(file.str() + L": cannot copy into the result: " + reason(ec));
+            item.report = importer->scan_file(copy, file.str());
             if (!item.report.ok)
                 return failed(item.report.error);
-            if (!tee.drain() || !target.close())
-                return failed(file.str() + L": cannot copy into the result (disk full?)");
             report.files.push_back(std::move(item));
         }
         return true;

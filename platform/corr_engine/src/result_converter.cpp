@@ -29,6 +29,18 @@ import_report_t result_importer_t::scan_stream(std::istream& in, const std::wstr
     return import_stream(in, name, import_context_t{}, [](probstore3::problem_t&&) {});
 }
 
+import_report_t result_importer_t::scan_file(const basekit2::path_t& file, const std::wstring& name) const
+{
+    std::ifstream in(file.fs(), std::ios::binary);
+    if (!in) {
+        import_report_t report;
+        report.ok = false;
+        report.error = name + L": cannot open the file";
+        return report;
+    }
+    return scan_stream(in, name);
+}
+
 import_report_t result_importer_t::import(const basekit2::path_t& file, const problem_sink_t& sink) const
 {
     return import(file, import_context_t{}, sink);

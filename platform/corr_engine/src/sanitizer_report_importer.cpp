@@ -558,9 +558,10 @@ private:
         m_kind = report_kind_t::none;
         m_report.truncated = true;
         m_report.warnings.push_back(m_name + L": the output ends in the middle of the report that starts at line " +
-                                    std::to_wstring(m_header_line) + L"; that report was skipped, " +
+                                    std::to_wstring(m_header_line) + L"; that report is skipped, the " +
                                     std::to_wstring(m_report.problems) +
-                                    (m_report.problems == 1 ? L" problem" : L" problems") + L" before it imported");
+                                    (m_report.problems == 1 ? L" problem before it is" : L" problems before it are") +
+                                    L" imported");
         m_report.tool.clear();
         for (const auto& tool : m_tools)
             m_report.tool += (m_report.tool.empty() ? "" : ", ") + tool;

@@ -9,8 +9,11 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <fstream>
 #include <istream>
 #include <map>
+#include <memory>
+#include <thread>
 
 namespace corr_engine {
 namespace {
@@ -274,6 +277,7 @@ public:
     {
         XML_SetUserData(m_parser, this);
         XML_SetElementHandler(m_parser, &parser_t::on_start, &parser_t::on_end);
+        XML_SetXmlDeclHandler(m_parser, &parser_t::on_xml_decl);
     }
     ~parser_t() { XML_ParserFree(m_parser); }
     parser_t(const parser_t&) = delete;
@@ -309,6 +313,14 @@ public:
         return parsed(XML_ParseBuffer(m_parser, static_cast<int>(got), final ? XML_TRUE : XML_FALSE));
     }
 
+    // For a fragment cut from the middle of a document: the head of the
+    // document declared the protocol already.
+    void assume_protocol() { m_protocol = 4; }
+    // Parsed to the end without an error, a cut, or anything but UTF-8.
+    bool clean() const { return m_report.ok && !m_truncated && !m_stopped && !m_other_encoding; }
+    bool knows_protocol() const { return m_protocol != 0; }
+    std::uint64_t count() const { return m_report.problems; }
+
     bool parsed(XML_Status status)
     {
         if (status == XML_STATUS_OK)
@@ -340,6 +352,11 @@ private:
         static_cast<parser_t*>(self)->start(name);
     }
     static void XMLCALL on_end(void* self, const XML_Char*) { static_cast<parser_t*>(self)->end(); }
+    static void XMLCALL on_xml_decl(void* self, const XML_Char*, const XML_Char* encoding, int)
+    {
+        if (encoding && std::strcmp(encoding, "UTF-8") != 0 && std::strcmp(encoding, "utf-8") != 0)
+            static_cast<parser_t*>(self)->m_other_encoding = true;
+    }
     static void XMLCALL on_text(void* self, const XML_Char* s, int len)
     {
         auto* p = static_cast<parser_t*>(self);
@@ -383,13 +400,13 @@ private:
             m_report.truncated = true;
             const std::wstring where = L" (line " + std::to_wstring(XML_GetCurrentLineNumber(m_parser)) + L")";
             const std::wstring complete = std::to_wstring(m_report.problems) +
-                                          (m_report.problems == 1 ? L" complete error" : L" complete errors");
+                                          (m_report.problems == 1 ? L" complete error is" : L" complete errors are");
             m_report.warnings.push_back(m_in_error ? m_name + L": the output ends in the middle of an error" + where +
-                                                         L"; that error was skipped, the " + complete +
-                                                         L" before it were imported"
+                                                         L"; that error is skipped, the " + complete +
+                                                         L" imported"
                                                    : m_name + L": the output ends before </valgrindoutput>" + where +
-                                                         L" (the analysed program did not finish); " + complete +
-                                                         L" imported");
+                                                         L" (the analysed program did not finish); the " +
+                                                         complete + L" imported");
             return;
         }
         m_report.ok = false;
@@ -650,6 +667,7 @@ private:
     import_report_t m_report;
     bool m_stopped = false;
     bool m_truncated = false;
+    bool m_other_encoding = false;
     bool m_bytes_seen = false;
 
     std::vector<tag_t> m_path; // open elements of interest
@@ -676,6 +694,58 @@ private:
     stack_t* m_stack = nullptr;
     frame_t m_frame;
 };
+
+// Where a file may be cut for checking in pieces: the '<' of an "<error>"
+// that starts a line, near each of parts - 1 evenly spaced offsets.
+std::vector<std::uint64_t> cut_points(const std::filesystem::path& file, std::uint64_t size, unsigned parts)
+{
+    constexpr std::size_t window = 1 << 20;
+    const std::string marker = "\n<error>";
+    std::vector<std::uint64_t> out;
+    std::ifstream in(file, std::ios::binary);
+    std::string buffer(window, '\0');
+    for (unsigned i = 1; i < parts && in; ++i) {
+        const std::uint64_t from = size / parts * i;
+        in.seekg(static_cast<std::streamoff>(from));
+        in.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+        const auto got = static_cast<std::size_t>(in.gcount());
+        in.clear();
+        const auto at = std::string_view(buffer.data(), got).find(marker);
+        if (at == std::string_view::npos)
+            continue;
+        const std::uint64_t cut = from + at + 1;
+        if (out.empty() || cut > out.back())
+            out.push_back(cut);
+    }
+    return out;
+}
+
+// Parses bytes [begin, end) of a file as a fragment of the document: pieces
+// after the first get the root's start tag before them, pieces before the
+// last its end tag after them.
+void parse_piece(const std::filesystem::path& file, std::uint64_t begin, std::uint64_t end, bool first, bool last,
+                 parser_t& parser)
+{
+    static constexpr char open[] = "<valgrindoutput>";
+    static constexpr char close[] = "</valgrindoutput>";
+    std::ifstream in(file, std::ios::binary);
+    in.seekg(static_cast<std::streamoff>(begin));
+    if (!first && !parser.feed(open, sizeof open - 1, false))
+        return;
+    std::vector<char> buffer(valgrind_xml_importer_t::chunk_size);
+    for (std::uint64_t at = begin; at < end;) {
+        const auto want = static_cast<std::streamsize>(std::min<std::uint64_t>(buffer.size(), end - at));
+        in.read(buffer.data(), want);
+        const auto got = in.gcount();
+        if (got <= 0 || !parser.feed(buffer.data(), static_cast<std::size_t>(got), false))
+            return;
+        at += static_cast<std::uint64_t>(got);
+    }
+    if (last)
+        parser.feed(nullptr, 0, true);
+    else
+        parser.feed(close, sizeof close - 1, true);
+}
 
 } // namespace
 
@@ -719,6 +789,67 @@ import_report_t valgrind_xml_importer_t::scan_stream(std::istream& in, const std
         return report;
     }
     return parser.finish();
+}
+
+import_report_t valgrind_xml_importer_t::scan_file(const basekit2::path_t& file, const std::wstring& name) const
+{
+    std::error_code ec;
+    const std::uint64_t size = std::filesystem::file_size(file.fs(), ec);
+    const unsigned parts = std::min(4u, std::thread::hardware_concurrency());
+    if (!ec && size >= parallel_threshold && parts >= 2)
+        if (auto report = scan_in_pieces(file, name, parts))
+            return std::move(*report);
+    // One piece gives the exact report of a malformed or cut file.
+    return result_importer_t::scan_file(file, name);
+}
+
+std::optional<import_report_t> valgrind_xml_importer_t::scan_in_pieces(const basekit2::path_t& file,
+                                                                       const std::wstring& name,
+                                                                       unsigned parts) const
+{
+    std::error_code ec;
+    const std::uint64_t size = std::filesystem::file_size(file.fs(), ec);
+    if (ec)
+        return std::nullopt;
+    std::vector<std::uint64_t> bounds = cut_points(file.fs(), size, std::max(parts, 2u));
+    if (bounds.empty())
+        return std::nullopt;
+    bounds.insert(bounds.begin(), 0);
+    bounds.push_back(size);
+
+    const problem_sink_t none;
+    std::vector<std::unique_ptr<parser_t>> parsers;
+    for (size_t i = 0; i + 1 < bounds.size(); ++i) {
+        parsers.push_back(std::make_unique<parser_t>(name, import_context_t{}, none, false));
+        if (i > 0)
+            parsers.back()->assume_protocol();
+    }
+    std::vector<char> failed(parsers.size(), 0);
+    auto run = [&](size_t i) {
+        try {
+            parse_piece(file.fs(), bounds[i], bounds[i + 1], i == 0, i + 2 == bounds.size(), *parsers[i]);
+        } catch (...) {
+            failed[i] = 1;
+        }
+    };
+    std::vector<std::thread> threads;
+    for (size_t i = 1; i < parsers.size(); ++i)
+        threads.emplace_back(run, i);
+    run(0);
+    for (auto& t : threads)
+        t.join();
+
+    std::uint64_t problems = 0;
+    for (size_t i = 0; i < parsers.size(); ++i) {
+        if (failed[i] || !parsers[i]->clean())
+            return std::nullopt;
+        problems += parsers[i]->count();
+    }
+    if (!parsers[0]->knows_protocol())
+        return std::nullopt;
+    import_report_t report = parsers[0]->finish();
+    report.problems = problems;
+    return report;
 }
 
 import_report_t valgrind_xml_importer_t::import_buffer(const char* data, std::size_t size, const std::wstring& name,

@@ -66,6 +66,73 @@ TEST(ValgrindXmlImport, ScanGivesTheSameReportAsTheImport)
     }
 }
 
+// A recorded file grown past min_bytes by repeating its errors.
+std::string grown(const std::string& recorded, size_t min_bytes)
+{
+    const std::string text = read_file(sample(recorded));
+    const auto first = text.find("<error>");
+    const auto last = text.rfind("</error>") + 8;
+    const std::string errors = text.substr(first, last - first);
+    std::string big = text.substr(0, last);
+    while (big.size() < min_bytes)
+        big += "\n" + errors;
+    return big + text.substr(last);
+}
+
+corr_engine::import_report_t scan_whole(const fs::path& file)
+{
+    std::ifstream in(file, std::ios::binary);
+    return importer.scan_stream(in, L"big.xml");
+}
+
+TEST(ValgrindXmlImport, ScanningInPiecesGivesTheSameCount)
+{
+    temp_dir_t tmp;
+    const fs::path file = tmp / "big.xml";
+    const std::string big = grown("helgrind_race_counter.xml", 2 << 20);
+    write_file(file, big);
+    const auto pieces = importer.scan_in_pieces(basekit2::path_t(file), L"big.xml", 3);
+    ASSERT_TRUE(pieces.has_value());
+    const auto whole = scan_whole(file);
+    ASSERT_TRUE(whole.ok);
+    EXPECT_EQ(pieces->problems, count_of(big, "<error>"));
+    EXPECT_EQ(pieces->problems, whole.problems);
+    EXPECT_EQ(pieces->tool, whole.tool);
+    EXPECT_EQ(pieces->command, whole.command);
+    EXPECT_TRUE(pieces->warnings.empty());
+
+    // A cut inside a comment, a cut-short file and a malformed one do not
+    // scan in pieces (scan_file then reads them in one).
+    const auto middle = big.find("\n<error>", big.size() / 2);
+    const std::string variants[] = {
+        big.substr(0, big.size() / 3) + "<!--" + big.substr(big.size() / 3, middle - big.size() / 3) + "-->" +
+            big.substr(middle),
+        big.substr(0, big.size() - 200),
+        big.substr(0, middle) + "<error><kind>X</kind></eror>" + big.substr(middle),
+    };
+    for (const auto& text : variants) {
+        write_file(file, text);
+        EXPECT_FALSE(importer.scan_in_pieces(basekit2::path_t(file), L"big.xml", 3).has_value());
+    }
+}
+
+TEST(ValgrindXmlImport, LargeFileScanMatchesTheOnePieceScan)
+{
+    temp_dir_t tmp;
+    const fs::path file = tmp / "big.xml";
+    const std::string big = grown("drd_race_counter.xml", valgrind_xml_importer_t::parallel_threshold + 1024);
+    for (const bool cut : {false, true}) {
+        write_file(file, cut ? big.substr(0, big.size() - 300) : big);
+        const auto whole = scan_whole(file);
+        const auto scanned = importer.scan_file(basekit2::path_t(file), L"big.xml");
+        EXPECT_EQ(scanned.ok, whole.ok);
+        EXPECT_EQ(scanned.truncated, cut);
+        EXPECT_EQ(scanned.warnings, whole.warnings);
+        EXPECT_EQ(scanned.problems, whole.problems);
+        EXPECT_EQ(scanned.command, whole.command);
+    }
+}
+
 TEST(ValgrindXmlImport, UseAfterFreeKeepsStacksTitlesAndFramesAsRecorded)
 {
     const auto got = import_with(importer, sample("memcheck_use_after_free.xml"));

@@ -57,6 +57,8 @@ public:
     // report is the one import_stream gives (the same errors, warnings and
     // count); an importer may skip building problems here to go faster.
     virtual import_report_t scan_stream(std::istream& in, const std::wstring& name) const;
+    // The same on a file, which an importer may read in parallel pieces.
+    virtual import_report_t scan_file(const basekit2::path_t& file, const std::wstring& name) const;
 
     // Reads the file and hands each complete problem to sink, in file order.
     import_report_t import(const basekit2::path_t& file, const problem_sink_t& sink) const;

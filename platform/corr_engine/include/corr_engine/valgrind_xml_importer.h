@@ -12,6 +12,8 @@
 #include "corr_engine/result_converter.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 
 namespace corr_engine {
 
@@ -27,6 +29,21 @@ public:
     // Checks and counts without building problems: stacks are skipped
     // unread, which makes this the fastest way through a large file.
     import_report_t scan_stream(std::istream& in, const std::wstring& name) const override;
+    // A large file is checked in pieces on several threads, cut where an
+    // <error> starts a line; each piece is parsed as a fragment of the
+    // document. Whenever a piece does not parse cleanly (a malformed or cut
+    // file, or a cut that was not between two top-level elements) the whole
+    // file is scanned again in one piece, so the report is always the one
+    // scan_stream gives.
+    import_report_t scan_file(const basekit2::path_t& file, const std::wstring& name) const override;
+
+    // The parallel part of scan_file: the file in up to parts pieces, or
+    // nothing when a piece did not parse cleanly (then scan it whole).
+    std::optional<import_report_t> scan_in_pieces(const basekit2::path_t& file, const std::wstring& name,
+                                                  unsigned parts) const;
+
+    // Files smaller than this are scanned in one piece.
+    static constexpr std::uint64_t parallel_threshold = 16 * 1024 * 1024;
     // The same on a buffer in memory (fuzzing, tests), handed to expat in
     // pieces of chunk bytes.
     import_report_t import_buffer(const char* data, std::size_t size, const std::wstring& name,
