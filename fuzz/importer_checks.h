@@ -34,14 +34,16 @@ inline void check_import(const corr_engine::import_report_t& report,
 // The same input read two ways must give the same problems. (Only the
 // outcome: expat may name a different reason for the same malformed bytes
 // when they arrive in other pieces.)
-inline void check_same(const corr_engine::import_report_t& a, const std::vector<probstore3::problem_t>& pa,
-                       const corr_engine::import_report_t& b, const std::vector<probstore3::problem_t>& pb)
+inline void check_same(const corr_engine::import_report_t& a,
+                       const std::vector<probstore3::problem_t>& pa,
+                       const corr_engine::import_report_t& b,
+                       const std::vector<probstore3::problem_t>& pb)
 {
     check(a.ok == b.ok && a.truncated == b.truncated);
     check(pa.size() == pb.size());
     for (size_t i = 0; i < pa.size(); ++i)
-        check(pa[i].stacks == pb[i].stacks && pa[i].description == pb[i].description && pa[i].aux == pb[i].aux &&
-              pa[i].kind == pb[i].kind);
+        check(pa[i].stacks == pb[i].stacks && pa[i].description == pb[i].description &&
+              pa[i].aux == pb[i].aux && pa[i].kind == pb[i].kind);
 }
 
 } // namespace fuzz

@@ -12,10 +12,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const corr_engine::valgrind_xml_importer_t importer;
     const auto* text = reinterpret_cast<const char*>(data);
     std::vector<probstore3::problem_t> whole, pieces;
-    const auto a = importer.import_buffer(text, size, L"fuzz.xml", {}, [&](auto&& p) { whole.push_back(p); });
+    const auto a =
+        importer.import_buffer(text, size, L"fuzz.xml", {}, [&](auto&& p) { whole.push_back(p); });
     fuzz::check_import(a, whole);
     const size_t chunk = size == 0 ? 1 : 1 + data[0] % 61;
-    const auto b = importer.import_buffer(text, size, L"fuzz.xml", {}, [&](auto&& p) { pieces.push_back(p); }, chunk);
+    const auto b = importer.import_buffer(
+        text, size, L"fuzz.xml", {}, [&](auto&& p) { pieces.push_back(p); }, chunk);
     fuzz::check_import(b, pieces);
     fuzz::check_same(a, whole, b, pieces);
     // The counting scan that an import into a result runs must agree.

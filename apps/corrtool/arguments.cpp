@@ -2,7 +2,8 @@
 
 namespace corrtool {
 
-arguments_t::arguments_t(const std::vector<std::string>& args, const std::set<std::string>& value_options,
+arguments_t::arguments_t(const std::vector<std::string>& args,
+                         const std::set<std::string>& value_options,
                          const std::set<std::string>& flags)
 {
     bool only_positional = false;

@@ -22,11 +22,12 @@ bool is_existing_result(const basekit2::path_t& dir)
     return fs::is_directory(dir.fs(), ec) && !basekit2::find_files(dir, L"*.corr").empty();
 }
 
-void print_report(const corr_engine::import_files_report_t& report, std::ostream& out, std::ostream& err)
+void print_report(const corr_engine::import_files_report_t& report, std::ostream& out,
+                  std::ostream& err)
 {
     for (const auto& f : report.files) {
-        out << "imported " << utf8(f.file.str()) << " as data/" << utf8(f.stored_as) << ": " << f.report.problems
-            << (f.report.problems == 1 ? " problem" : " problems");
+        out << "imported " << utf8(f.file.str()) << " as data/" << utf8(f.stored_as) << ": "
+            << f.report.problems << (f.report.problems == 1 ? " problem" : " problems");
         if (!f.report.tool.empty())
             out << " (" << f.report.tool << ")";
         out << "\n";
@@ -91,7 +92,8 @@ int run_import(const std::vector<std::string>& args, std::ostream& out, std::ost
                 err << "warning: " << utf8(engine->last_error()) << "\n";
         }
     } else if (!engine->create_result(dir, name, files, source_dirs, report)) {
-        err << "corrtool import: " << utf8(report.error.empty() ? engine->last_error() : report.error) << "\n";
+        err << "corrtool import: "
+            << utf8(report.error.empty() ? engine->last_error() : report.error) << "\n";
         return exit_error;
     }
     print_report(report, out, err);
@@ -99,9 +101,10 @@ int run_import(const std::vector<std::string>& args, std::ostream& out, std::ost
     std::uint64_t total = 0;
     for (const auto& f : manifest.data_files)
         total += f.problems;
-    out << "result \"" << utf8(manifest.name) << "\" in " << utf8(engine->get_result_dir().str()) << ": " << total
-        << (total == 1 ? " problem" : " problems") << " from " << manifest.data_files.size()
-        << (manifest.data_files.size() == 1 ? " file" : " files") << "\n";
+    out << "result \"" << utf8(manifest.name) << "\" in " << utf8(engine->get_result_dir().str())
+        << ": " << total << (total == 1 ? " problem" : " problems") << " from "
+        << manifest.data_files.size() << (manifest.data_files.size() == 1 ? " file" : " files")
+        << "\n";
     return exit_ok;
 }
 

@@ -21,9 +21,8 @@ bool contains(std::string_view text, std::string_view part)
 bool is_runtime_module(std::string_view module)
 {
     static constexpr std::array<std::string_view, 14> prefixes{
-        "vgpreload_", "libc.so",     "libc-",       "ld-linux",   "libstdc++",     "libm.so",
-        "libpthread", "libgcc_s",    "libasan",     "libtsan",    "liblsan",       "libubsan",
-        "libclang_rt", "libc++"};
+        "vgpreload_", "libc.so", "libc-",   "ld-linux", "libstdc++", "libm.so",     "libpthread",
+        "libgcc_s",   "libasan", "libtsan", "liblsan",  "libubsan",  "libclang_rt", "libc++"};
     return std::any_of(prefixes.begin(), prefixes.end(),
                        [&](std::string_view p) { return starts_with(module, p); });
 }
@@ -33,10 +32,11 @@ bool is_runtime_module(std::string_view module)
 bool is_runtime_function(std::string_view fn)
 {
     static constexpr std::array<std::string_view, 13> prefixes{
-        "__interceptor_", "___interceptor_", "__asan_",      "__tsan_",     "__lsan_",
+        "__interceptor_", "___interceptor_", "__asan_",        "__tsan_",      "__lsan_",
         "__ubsan_",       "__sanitizer",     "__interception", "__libc_start", "__GI_",
         "__clone",        "_start",          "__wrap_"};
-    if (std::any_of(prefixes.begin(), prefixes.end(), [&](std::string_view p) { return starts_with(fn, p); }))
+    if (std::any_of(prefixes.begin(), prefixes.end(),
+                    [&](std::string_view p) { return starts_with(fn, p); }))
         return true;
     return fn == "start_thread" || fn == "clone" || fn == "clone3";
 }
@@ -46,13 +46,16 @@ bool is_runtime_function(std::string_view fn)
 // of the same name has debug information.
 bool is_interposed_function(std::string_view fn)
 {
-    static constexpr std::array<std::string_view, 3> prefixes{"operator new", "operator delete", "pthread_"};
-    if (std::any_of(prefixes.begin(), prefixes.end(), [&](std::string_view p) { return starts_with(fn, p); }))
+    static constexpr std::array<std::string_view, 3> prefixes{"operator new", "operator delete",
+                                                              "pthread_"};
+    if (std::any_of(prefixes.begin(), prefixes.end(),
+                    [&](std::string_view p) { return starts_with(fn, p); }))
         return true;
     static constexpr std::array<std::string_view, 22> names{
-        "malloc", "calloc", "realloc", "free",   "reallocarray", "valloc",  "pvalloc", "aligned_alloc",
-        "memalign", "posix_memalign", "strdup", "strndup", "strlen", "strcpy", "strncpy", "strcmp",
-        "strcat", "memcpy", "memmove", "memset", "memcmp", "mempcpy"};
+        "malloc",  "calloc",        "realloc",  "free",           "reallocarray", "valloc",
+        "pvalloc", "aligned_alloc", "memalign", "posix_memalign", "strdup",       "strndup",
+        "strlen",  "strcpy",        "strncpy",  "strcmp",         "strcat",       "memcpy",
+        "memmove", "memset",        "memcmp",   "mempcpy"};
     return std::find(names.begin(), names.end(), fn) != names.end();
 }
 
@@ -60,7 +63,8 @@ bool is_interposed_function(std::string_view fn)
 bool is_runtime_source(std::string_view source)
 {
     return contains(source, "/libsanitizer/") || contains(source, "compiler-rt/") ||
-           contains(source, "sysdeps/") || starts_with(source, "csu/") || starts_with(source, "../csu/");
+           contains(source, "sysdeps/") || starts_with(source, "csu/") ||
+           starts_with(source, "../csu/");
 }
 
 bool is_system_source(std::string_view source)
@@ -125,7 +129,8 @@ bool best_location_t::is_own_code(const probstore3::frame_t& frame, std::string_
     return frame.module.empty() && !frame.source.empty() && frame.source.front() == '/';
 }
 
-int best_location_t::best_level(const std::vector<probstore3::frame_t>& frames, std::string_view program) const
+int best_location_t::best_level(const std::vector<probstore3::frame_t>& frames,
+                                std::string_view program) const
 {
     for (size_t i = 0; i < frames.size(); ++i)
         if (is_own_code(frames[i], program))

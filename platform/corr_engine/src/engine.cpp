@@ -101,7 +101,9 @@ public:
         if (fs::exists(dir.fs(), ec) && !is_empty_dir(dir))
             return fail(dir.str() + L": already exists and is not an empty folder");
         result_manifest_t manifest;
-        manifest.name = name.empty() ? fs::absolute(dir.fs(), ec).lexically_normal().filename().wstring() : name;
+        manifest.name = name.empty()
+                            ? fs::absolute(dir.fs(), ec).lexically_normal().filename().wstring()
+                            : name;
         if (manifest.name.empty())
             manifest.name = L"result";
         manifest.created = utc_timestamp();
@@ -110,15 +112,17 @@ public:
             fs::create_directories((dir / path_t(suppressions_folder)).fs(), ec);
         if (ec)
             return fail(dir.str() + L": cannot create the result folder: " + reason(ec));
-        const path_t marker = dir / path_t(marker_stem(manifest.name) + L"." + result_manifest_t::marker_extension);
+        const path_t marker =
+            dir / path_t(marker_stem(manifest.name) + L"." + result_manifest_t::marker_extension);
         std::wstring error;
         if (!manifest.write(marker, error))
             return fail(error);
         return open_result(marker);
     }
 
-    bool create_result(const path_t& dir, const std::wstring& name, const std::vector<path_t>& files,
-                       const std::vector<path_t>& source_dirs, import_files_report_t& report) override
+    bool create_result(const path_t& dir, const std::wstring& name,
+                       const std::vector<path_t>& files, const std::vector<path_t>& source_dirs,
+                       import_files_report_t& report) override
     {
         report = import_files_report_t{};
         std::error_code ec;
@@ -130,11 +134,13 @@ public:
         const fs::path target = fs::absolute(dir.fs(), ec).lexically_normal();
         const fs::path parent = target.parent_path();
         fs::create_directories(parent, ec);
-        const path_t staging(parent / (L"." + target.filename().wstring() + L".partial-" + unique_suffix()));
+        const path_t staging(parent /
+                             (L"." + target.filename().wstring() + L".partial-" + unique_suffix()));
         const std::wstring result_name = name.empty() ? target.filename().wstring() : name;
 
         auto scratch = engine_t::create();
-        bool ok = scratch->create_result(staging, result_name) && scratch->set_source_dirs(source_dirs);
+        bool ok =
+            scratch->create_result(staging, result_name) && scratch->set_source_dirs(source_dirs);
         if (!ok) {
             report.ok = false;
             report.error = scratch->last_error();
@@ -148,7 +154,8 @@ public:
             if (ec) {
                 ok = false;
                 report.ok = false;
-                report.error = dir.str() + L": cannot move the new result into place: " + reason(ec);
+                report.error =
+                    dir.str() + L": cannot move the new result into place: " + reason(ec);
             }
         }
         if (!ok) {
@@ -183,7 +190,8 @@ public:
         fs::create_directories(staging.fs(), ec);
         if (ec) {
             report.ok = false;
-            report.error = data_dir.str() + L": cannot create a folder for the import: " + reason(ec);
+            report.error =
+                data_dir.str() + L": cannot create a folder for the import: " + reason(ec);
             return fail(report.error);
         }
 
@@ -297,14 +305,17 @@ private:
     {
         std::error_code ec;
         if (fs::is_directory(where.fs(), ec)) {
-            const auto found = basekit2::find_files(where, std::wstring(L"*.") + result_manifest_t::marker_extension);
+            const auto found = basekit2::find_files(where, std::wstring(L"*.") +
+                                                               result_manifest_t::marker_extension);
             if (found.empty())
-                return fail(where.str() + L": not a result folder (it holds no *.corr marker file)");
+                return fail(where.str() +
+                            L": not a result folder (it holds no *.corr marker file)");
             if (found.size() > 1) {
                 std::vector<std::wstring> names;
                 for (const auto& f : found)
                     names.push_back(f.leaf());
-                return fail(where.str() + L": holds several marker files (" + join(names) + L"); open one of them");
+                return fail(where.str() + L": holds several marker files (" + join(names) +
+                            L"); open one of them");
             }
             marker = found.front();
             return true;
@@ -321,15 +332,16 @@ private:
     {
         std::error_code ec;
         for (fs::directory_iterator it(data_dir.fs(), ec), end; !ec && it != end; it.increment(ec))
-            if (it->is_directory(ec) && it->path().filename().wstring().rfind(staging_prefix, 0) == 0) {
+            if (it->is_directory(ec) &&
+                it->path().filename().wstring().rfind(staging_prefix, 0) == 0) {
                 std::error_code ignored;
                 fs::remove_all(it->path(), ignored);
             }
     }
 
     // A free name under data/ for a file: its own name, else "<stem>-2.<ext>", ...
-    static std::wstring free_name(const path_t& file, const result_manifest_t& manifest, const path_t& data_dir,
-                                  const std::set<std::wstring>& taken)
+    static std::wstring free_name(const path_t& file, const result_manifest_t& manifest,
+                                  const path_t& data_dir, const std::set<std::wstring>& taken)
     {
         const std::wstring base = data_name(file.leaf());
         const path_t base_path(base);
@@ -348,8 +360,8 @@ private:
 
     // Copies every file to the staging folder and checks the copy with its
     // importer, so that what is checked is exactly what is kept.
-    bool stage_files(const std::vector<path_t>& files, const result_manifest_t& manifest, const path_t& data_dir,
-                     const path_t& staging, import_files_report_t& report)
+    bool stage_files(const std::vector<path_t>& files, const result_manifest_t& manifest,
+                     const path_t& data_dir, const path_t& staging, import_files_report_t& report)
     {
         result_converter_t converter;
         import_context_t context;
@@ -370,13 +382,15 @@ private:
             const auto importer = converter.find_importer(file);
             if (!importer) {
                 const auto supported = converter.get_supported_extensions();
-                if (std::find(supported.begin(), supported.end(), file.extension()) == supported.end())
+                if (std::find(supported.begin(), supported.end(), file.extension()) ==
+                    supported.end())
                     return failed(file.str() + L": files with the extension \"" + file.extension() +
                                   L"\" cannot be imported (supported: " + join(supported) + L")");
-                return failed(file.str() +
-                              L": not a recognised analyser output (expected Valgrind XML written with "
-                              L"--xml=yes, or an AddressSanitizer, LeakSanitizer, ThreadSanitizer or "
-                              L"UndefinedBehaviorSanitizer report)");
+                return failed(
+                    file.str() +
+                    L": not a recognised analyser output (expected Valgrind XML written with "
+                    L"--xml=yes, or an AddressSanitizer, LeakSanitizer, ThreadSanitizer or "
+                    L"UndefinedBehaviorSanitizer report)");
             }
             file_import_t item;
             item.file = file;
@@ -396,8 +410,8 @@ private:
 
     // Moves the staged files into data/ and records them in the marker file,
     // which is the step that makes them part of the result.
-    bool commit(result_manifest_t& manifest, const path_t& marker, const path_t& data_dir, const path_t& staging,
-                import_files_report_t& report)
+    bool commit(result_manifest_t& manifest, const path_t& marker, const path_t& data_dir,
+                const path_t& staging, import_files_report_t& report)
     {
         std::vector<path_t> moved;
         auto undo = [&](const std::wstring& error) {
@@ -413,7 +427,8 @@ private:
             const path_t target = data_dir / path_t(item.stored_as);
             fs::rename((staging / path_t(item.stored_as)).fs(), target.fs(), ec);
             if (ec)
-                return undo(target.str() + L": cannot move the imported file into place: " + reason(ec));
+                return undo(target.str() + L": cannot move the imported file into place: " +
+                            reason(ec));
             moved.push_back(target);
             manifest.data_files.push_back(
                 data_file_t{item.stored_as, utf8_to_wide(item.report.tool), item.report.problems});
@@ -445,8 +460,9 @@ private:
             const auto importer = converter.find_importer(item.file);
             if (!importer) {
                 item.report.ok = false;
-                item.report.error = item.file.str() + (item.file.exists() ? L": no importer reads this file any more"
-                                                                           : L": missing from the result");
+                item.report.error = item.file.str() +
+                                    (item.file.exists() ? L": no importer reads this file any more"
+                                                        : L": missing from the result");
             } else {
                 item.report = importer->import(item.file, context, [&](probstore3::problem_t&& p) {
                     // Ids past the count recorded at import go after every file.
@@ -472,7 +488,7 @@ private:
         m_problems = std::move(problems);
     }
 
-    mutable mutex_t m_mutex;  // the state below
+    mutable mutex_t m_mutex;        // the state below
     mutable mutex_t m_import_mutex; // one import at a time; reads go on meanwhile
     bool m_open = false;
     path_t m_marker;

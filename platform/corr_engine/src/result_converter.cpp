@@ -29,7 +29,8 @@ import_report_t result_importer_t::scan_stream(std::istream& in, const std::wstr
     return import_stream(in, name, import_context_t{}, [](probstore3::problem_t&&) {});
 }
 
-import_report_t result_importer_t::scan_file(const basekit2::path_t& file, const std::wstring& name) const
+import_report_t result_importer_t::scan_file(const basekit2::path_t& file,
+                                             const std::wstring& name) const
 {
     std::ifstream in(file.fs(), std::ios::binary);
     if (!in) {
@@ -41,12 +42,14 @@ import_report_t result_importer_t::scan_file(const basekit2::path_t& file, const
     return scan_stream(in, name);
 }
 
-import_report_t result_importer_t::import(const basekit2::path_t& file, const problem_sink_t& sink) const
+import_report_t result_importer_t::import(const basekit2::path_t& file,
+                                          const problem_sink_t& sink) const
 {
     return import(file, import_context_t{}, sink);
 }
 
-import_report_t result_importer_t::import(const basekit2::path_t& file, const import_context_t& context,
+import_report_t result_importer_t::import(const basekit2::path_t& file,
+                                          const import_context_t& context,
                                           const problem_sink_t& sink) const
 {
     std::ifstream in(file.fs(), std::ios::binary);
@@ -78,7 +81,8 @@ std::vector<std::shared_ptr<const result_importer_t>> result_converter_t::import
     return registry();
 }
 
-std::shared_ptr<const result_importer_t> result_converter_t::find_importer(const basekit2::path_t& file) const
+std::shared_ptr<const result_importer_t>
+result_converter_t::find_importer(const basekit2::path_t& file) const
 {
     std::string head(head_size, '\0');
     {

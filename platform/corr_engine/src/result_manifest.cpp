@@ -25,11 +25,20 @@ std::string escape(const std::string& value)
     out.reserve(value.size());
     for (char c : value) {
         switch (c) {
-        case '\\': out += "\\\\"; break;
-        case '\n': out += "\\n"; break;
-        case '\r': out += "\\r"; break;
-        case '\t': out += "\\t"; break;
-        default: out.push_back(c);
+        case '\\':
+            out += "\\\\";
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '\r':
+            out += "\\r";
+            break;
+        case '\t':
+            out += "\\t";
+            break;
+        default:
+            out.push_back(c);
         }
     }
     return out;
@@ -45,10 +54,17 @@ std::string unescape(const std::string& value)
             continue;
         }
         switch (value[++i]) {
-        case 'n': out.push_back('\n'); break;
-        case 'r': out.push_back('\r'); break;
-        case 't': out.push_back('\t'); break;
-        default: out.push_back(value[i]);
+        case 'n':
+            out.push_back('\n');
+            break;
+        case 'r':
+            out.push_back('\r');
+            break;
+        case 't':
+            out.push_back('\t');
+            break;
+        default:
+            out.push_back(value[i]);
         }
     }
     return out;
@@ -137,12 +153,13 @@ std::string result_manifest_t::to_text() const
     for (const auto& dir : source_dirs)
         put(out, "source_dir", dir.str());
     for (const auto& file : data_files)
-        out << "data = " << escape(wide_to_utf8(file.name)) << " | " << escape(wide_to_utf8(file.tool)) << " | "
-            << file.problems << "\n";
+        out << "data = " << escape(wide_to_utf8(file.name)) << " | "
+            << escape(wide_to_utf8(file.tool)) << " | " << file.problems << "\n";
     return out.str();
 }
 
-bool result_manifest_t::from_text(const std::string& text, const std::wstring& file_name, std::wstring& error)
+bool result_manifest_t::from_text(const std::string& text, const std::wstring& file_name,
+                                  std::wstring& error)
 {
     result_manifest_t loaded;
     std::istringstream in(text);
@@ -165,12 +182,14 @@ bool result_manifest_t::from_text(const std::string& text, const std::wstring& f
             int version = 0;
             const char* first = t.data() + prefix.size();
             const char* last = t.data() + t.size();
-            if (t.compare(0, prefix.size(), prefix) != 0 || std::from_chars(first, last, version).ptr != last)
-                return fail(L"not a result marker file (the first line must be \"corr-result <version>\")");
+            if (t.compare(0, prefix.size(), prefix) != 0 ||
+                std::from_chars(first, last, version).ptr != last)
+                return fail(
+                    L"not a result marker file (the first line must be \"corr-result <version>\")");
             if (version < 1 || version > current_version)
                 return fail(L"result format version " + std::to_wstring(version) +
-                            L" is not supported (this program reads version " + std::to_wstring(current_version) +
-                            L")");
+                            L" is not supported (this program reads version " +
+                            std::to_wstring(current_version) + L")");
             seen_magic = true;
             continue;
         }
@@ -198,10 +217,12 @@ bool result_manifest_t::from_text(const std::string& text, const std::wstring& f
             loaded.source_dirs.emplace_back(wide);
         else if (key == "data") {
             const auto second = value.rfind(" | ");
-            const auto first = second == std::string::npos || second == 0 ? std::string::npos
-                                                                          : value.rfind(" | ", second - 1);
+            const auto first = second == std::string::npos || second == 0
+                                   ? std::string::npos
+                                   : value.rfind(" | ", second - 1);
             data_file_t file;
-            const std::string count = second == std::string::npos ? std::string() : trim(value.substr(second + 3));
+            const std::string count =
+                second == std::string::npos ? std::string() : trim(value.substr(second + 3));
             if (first == std::string::npos ||
                 std::from_chars(count.data(), count.data() + count.size(), file.problems).ptr !=
                     count.data() + count.size() ||
@@ -209,8 +230,8 @@ bool result_manifest_t::from_text(const std::string& text, const std::wstring& f
                 return fail(L"expected \"data = <file> | <tool> | <problems>\"");
             file.name = utf8_to_wide(value.substr(0, first));
             file.tool = utf8_to_wide(value.substr(first + 3, second - first - 3));
-            if (file.name.empty() || file.name.find(L'/') != std::wstring::npos || file.name == L"." ||
-                file.name == L"..")
+            if (file.name.empty() || file.name.find(L'/') != std::wstring::npos ||
+                file.name == L"." || file.name == L"..")
                 return fail(L"a data file must be a plain file name inside data/");
             loaded.data_files.push_back(std::move(file));
         }

@@ -39,7 +39,8 @@ string_view trim(string_view s)
 
 bool all_digits(string_view s)
 {
-    return !s.empty() && std::all_of(s.begin(), s.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return !s.empty() &&
+           std::all_of(s.begin(), s.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 bool parse_number(string_view s, std::uint64_t& out, int base = 10)
@@ -74,7 +75,8 @@ std::string tool_of(string_view sanitizer)
     if (sanitizer == "MemorySanitizer")
         return "msan";
     std::string out(sanitizer);
-    std::transform(out.begin(), out.end(), out.begin(), [](unsigned char c) { return std::tolower(c); });
+    std::transform(out.begin(), out.end(), out.begin(),
+                   [](unsigned char c) { return std::tolower(c); });
     return out;
 }
 
@@ -136,7 +138,9 @@ bool parse_frame(string_view line, frame_t& out)
     }
     if (ends_with(rest, ")")) {
         const auto open = rest.rfind('(');
-        const string_view inner = open == string_view::npos ? string_view() : rest.substr(open + 1, rest.size() - open - 2);
+        const string_view inner = open == string_view::npos
+                                      ? string_view()
+                                      : rest.substr(open + 1, rest.size() - open - 2);
         const auto plus = inner.rfind("+0x");
         if (plus != string_view::npos || inner == "<unknown module>") {
             if (plus != string_view::npos)
@@ -147,7 +151,8 @@ bool parse_frame(string_view line, frame_t& out)
     string_view func_and_source = rest;
     if (starts_with(rest, "0x")) {
         const auto end = rest.find(' ');
-        const string_view addr = rest.substr(2, end == string_view::npos ? string_view::npos : end - 2);
+        const string_view addr =
+            rest.substr(2, end == string_view::npos ? string_view::npos : end - 2);
         if (!parse_number(addr, out.address, 16))
             return false;
         if (end == string_view::npos)
@@ -193,7 +198,8 @@ bool is_dump_line(string_view line)
     const bool bytes = std::all_of(line.begin(), line.end(), [](char c) {
         return std::isxdigit(static_cast<unsigned char>(c)) || c == ' ';
     });
-    const bool marks = std::all_of(line.begin(), line.end(), [](char c) { return c == '^' || c == '~' || c == ' '; });
+    const bool marks = std::all_of(line.begin(), line.end(),
+                                   [](char c) { return c == '^' || c == '~' || c == ' '; });
     return bytes || marks;
 }
 
@@ -282,11 +288,13 @@ public:
             summary(t);
             return true;
         }
-        if (t == "ABORTING" || starts_with(t, "==================") || ends_with(t, "Sanitizer:DEADLYSIGNAL")) {
+        if (t == "ABORTING" || starts_with(t, "==================") ||
+            ends_with(t, "Sanitizer:DEADLYSIGNAL")) {
             close_report();
             return true;
         }
-        if (m_kind == report_kind_t::ubsan_runtime && t.find(": note: ") == string_view::npos && !is_dump_line(t)) {
+        if (m_kind == report_kind_t::ubsan_runtime && t.find(": note: ") == string_view::npos &&
+            !is_dump_line(t)) {
             // Whatever follows a UBSan one-liner that is not part of it
             // (program output) ends it.
             close_report();
@@ -383,7 +391,8 @@ private:
     void set_header(string_view message)
     {
         std::string description(message);
-        for (string_view cut : {string_view(" at pc 0x"), string_view(" (pc 0x"), string_view(" (pid=")}) {
+        for (string_view cut :
+             {string_view(" at pc 0x"), string_view(" (pc 0x"), string_view(" (pid=")}) {
             const auto at = description.find(cut);
             if (at != std::string::npos)
                 description.erase(at);
@@ -418,8 +427,8 @@ private:
                 return true;
             }
             m_report.ok = false;
-            m_report.error = m_name + L":" + std::to_wstring(m_line_no) + L": malformed stack frame: " +
-                             utf8_to_wide(t);
+            m_report.error = m_name + L":" + std::to_wstring(m_line_no) +
+                             L": malformed stack frame: " + utf8_to_wide(t);
             return false;
         }
         if (!complete) {
@@ -435,7 +444,8 @@ private:
             if (m_problem.stacks.empty()) {
                 // TSan says only "data race" in its header; the access is in
                 // the line above the first stack ("Write of size 8 at ...").
-                if (m_kind == report_kind_t::tsan_warning && m_problem.kind == "data race" && !m_heading.empty())
+                if (m_kind == report_kind_t::tsan_warning && m_problem.kind == "data race" &&
+                    !m_heading.empty())
                     m_problem.description += ": " + m_heading;
                 if (!m_heading.empty())
                     m_problem.aux.push_back(std::move(m_heading));
@@ -502,7 +512,8 @@ private:
             const string_view first = what.substr(0, what.find(' '));
             if (m_kind == report_kind_t::error && !first.empty())
                 m_problem.kind = std::string(first);
-            else if (m_kind == report_kind_t::ubsan_runtime && !first.empty() && first != "undefined-behavior")
+            else if (m_kind == report_kind_t::ubsan_runtime && !first.empty() &&
+                     first != "undefined-behavior")
                 m_problem.kind = std::string(first);
         }
         close_report();
@@ -521,7 +532,8 @@ private:
             m_problem.stacks.push_back(stack_t{"", {m_location}});
         m_problem.type = readable_problem_type(m_problem.tool, m_problem.kind);
         if (!m_problem.stacks.empty())
-            m_problem.best_level = m_locator.best_level(m_problem.stacks[0].frames, program_module());
+            m_problem.best_level =
+                m_locator.best_level(m_problem.stacks[0].frames, program_module());
         m_problem.id = ++m_report.problems;
         m_sink(std::move(m_problem));
     }
@@ -557,11 +569,12 @@ private:
         m_problem_open = false;
         m_kind = report_kind_t::none;
         m_report.truncated = true;
-        m_report.warnings.push_back(m_name + L": the output ends in the middle of the report that starts at line " +
-                                    std::to_wstring(m_header_line) + L"; that report is skipped, the " +
-                                    std::to_wstring(m_report.problems) +
-                                    (m_report.problems == 1 ? L" problem before it is" : L" problems before it are") +
-                                    L" imported");
+        m_report.warnings.push_back(
+            m_name + L": the output ends in the middle of the report that starts at line " +
+            std::to_wstring(m_header_line) + L"; that report is skipped, the " +
+            std::to_wstring(m_report.problems) +
+            (m_report.problems == 1 ? L" problem before it is" : L" problems before it are") +
+            L" imported");
         m_report.tool.clear();
         for (const auto& tool : m_tools)
             m_report.tool += (m_report.tool.empty() ? "" : ", ") + tool;
@@ -605,7 +618,8 @@ bool sanitizer_report_importer_t::can_import(const std::string& head) const
     return false;
 }
 
-import_report_t sanitizer_report_importer_t::import_stream(std::istream& in, const std::wstring& name,
+import_report_t sanitizer_report_importer_t::import_stream(std::istream& in,
+                                                           const std::wstring& name,
                                                            const import_context_t& context,
                                                            const problem_sink_t& sink) const
 {

@@ -62,13 +62,15 @@ enum class tag_t : unsigned char {
 // the first letter, then one comparison.
 tag_t classify(const char* name)
 {
-    auto is = [name](const char* candidate, tag_t t) { return std::strcmp(name + 1, candidate + 1) == 0 ? t : tag_t::other; };
+    auto is = [name](const char* candidate, tag_t t) {
+        return std::strcmp(name + 1, candidate + 1) == 0 ? t : tag_t::other;
+    };
     switch (name[0]) {
     case 'a':
         if (name[1] == 'r')
-            return name[2] == 'g' && name[3] == '\0'  ? tag_t::arg
+            return name[2] == 'g' && name[3] == '\0'                     ? tag_t::arg
                    : name[2] == 'g' && name[3] == 's' && name[4] == '\0' ? tag_t::args
-                   : is("argv", tag_t::argv);
+                                                                         : is("argv", tag_t::argv);
         if (name[1] == 'u')
             return is("auxwhat", tag_t::auxwhat);
         if (name[1] == 'n')
@@ -127,19 +129,21 @@ bool accepts(tag_t parent, tag_t child)
 {
     switch (parent) {
     case tag_t::valgrindoutput:
-        return child == tag_t::protocolversion || child == tag_t::protocoltool || child == tag_t::tool ||
-               child == tag_t::args || child == tag_t::error || child == tag_t::announcethread;
+        return child == tag_t::protocolversion || child == tag_t::protocoltool ||
+               child == tag_t::tool || child == tag_t::args || child == tag_t::error ||
+               child == tag_t::announcethread;
     case tag_t::args:
         return child == tag_t::argv;
     case tag_t::argv:
         return child == tag_t::exe || child == tag_t::arg;
     case tag_t::error:
-        return child == tag_t::kind || child == tag_t::what || child == tag_t::xwhat || child == tag_t::auxwhat ||
-               child == tag_t::xauxwhat || child == tag_t::stack || child == tag_t::allocation_context ||
-               child == tag_t::other_segment_start || child == tag_t::other_segment_end;
+        return child == tag_t::kind || child == tag_t::what || child == tag_t::xwhat ||
+               child == tag_t::auxwhat || child == tag_t::xauxwhat || child == tag_t::stack ||
+               child == tag_t::allocation_context || child == tag_t::other_segment_start ||
+               child == tag_t::other_segment_end;
     case tag_t::xwhat:
-        return child == tag_t::text || child == tag_t::leakedbytes || child == tag_t::leakedblocks ||
-               child == tag_t::hthreadid;
+        return child == tag_t::text || child == tag_t::leakedbytes ||
+               child == tag_t::leakedblocks || child == tag_t::hthreadid;
     case tag_t::xauxwhat:
         return child == tag_t::text || child == tag_t::hthreadid;
     case tag_t::allocation_context:
@@ -149,8 +153,8 @@ bool accepts(tag_t parent, tag_t child)
     case tag_t::stack:
         return child == tag_t::frame;
     case tag_t::frame:
-        return child == tag_t::ip || child == tag_t::obj || child == tag_t::fn || child == tag_t::dir ||
-               child == tag_t::file || child == tag_t::line;
+        return child == tag_t::ip || child == tag_t::obj || child == tag_t::fn ||
+               child == tag_t::dir || child == tag_t::file || child == tag_t::line;
     case tag_t::announcethread:
         return child == tag_t::hthreadid || child == tag_t::isrootthread || child == tag_t::stack;
     default:
@@ -290,7 +294,8 @@ public:
             return false;
         if (size > 0)
             m_bytes_seen = true;
-        return parsed(XML_Parse(m_parser, data, static_cast<int>(size), final ? XML_TRUE : XML_FALSE));
+        return parsed(
+            XML_Parse(m_parser, data, static_cast<int>(size), final ? XML_TRUE : XML_FALSE));
     }
 
     // Reads the next piece of the stream into expat's own buffer (no copy).
@@ -310,7 +315,8 @@ public:
         final = got < chunk;
         if (got > 0)
             m_bytes_seen = true;
-        return parsed(XML_ParseBuffer(m_parser, static_cast<int>(got), final ? XML_TRUE : XML_FALSE));
+        return parsed(
+            XML_ParseBuffer(m_parser, static_cast<int>(got), final ? XML_TRUE : XML_FALSE));
     }
 
     // For a fragment cut from the middle of a document: the head of the
@@ -394,19 +400,22 @@ private:
         if (!m_bytes_seen)
             return fail_plain(L"the file is empty");
         const bool cut_short = code == XML_ERROR_NO_ELEMENTS || code == XML_ERROR_UNCLOSED_TOKEN ||
-                               code == XML_ERROR_PARTIAL_CHAR || code == XML_ERROR_UNCLOSED_CDATA_SECTION;
+                               code == XML_ERROR_PARTIAL_CHAR ||
+                               code == XML_ERROR_UNCLOSED_CDATA_SECTION;
         if (cut_short && !m_path.empty() && m_protocol != 0) {
             m_truncated = true;
             m_report.truncated = true;
-            const std::wstring where = L" (line " + std::to_wstring(XML_GetCurrentLineNumber(m_parser)) + L")";
-            const std::wstring complete = std::to_wstring(m_report.problems) +
-                                          (m_report.problems == 1 ? L" complete error is" : L" complete errors are");
-            m_report.warnings.push_back(m_in_error ? m_name + L": the output ends in the middle of an error" + where +
-                                                         L"; that error is skipped, the " + complete +
-                                                         L" imported"
-                                                   : m_name + L": the output ends before </valgrindoutput>" + where +
-                                                         L" (the analysed program did not finish); the " +
-                                                         complete + L" imported");
+            const std::wstring where =
+                L" (line " + std::to_wstring(XML_GetCurrentLineNumber(m_parser)) + L")";
+            const std::wstring complete =
+                std::to_wstring(m_report.problems) +
+                (m_report.problems == 1 ? L" complete error is" : L" complete errors are");
+            m_report.warnings.push_back(
+                m_in_error ? m_name + L": the output ends in the middle of an error" + where +
+                                 L"; that error is skipped, the " + complete + L" imported"
+                           : m_name + L": the output ends before </valgrindoutput>" + where +
+                                 L" (the analysed program did not finish); the " + complete +
+                                 L" imported");
             return;
         }
         m_report.ok = false;
@@ -492,7 +501,8 @@ private:
             break;
         case tag_t::announcethread:
             if (m_build && !m_thread_id.empty())
-                m_announcements[m_thread_id] = announcement_text(m_thread_id, m_thread_root, m_thread_stack);
+                m_announcements[m_thread_id] =
+                    announcement_text(m_thread_id, m_thread_root, m_thread_stack);
             break;
         default:
             break;
@@ -547,7 +557,8 @@ private:
         case tag_t::hthreadid:
             if (parent == tag_t::announcethread)
                 m_thread_id.assign(trimmed(m_text));
-            else if (std::find(m_threads.begin(), m_threads.end(), trimmed(m_text)) == m_threads.end())
+            else if (std::find(m_threads.begin(), m_threads.end(), trimmed(m_text)) ==
+                     m_threads.end())
                 m_threads.emplace_back(trimmed(m_text));
             break;
         case tag_t::ip:
@@ -581,7 +592,8 @@ private:
     void begin_error()
     {
         if (m_protocol == 0)
-            return fail(L"<error> before <protocolversion>: not Valgrind XML output of protocol 4, 5 or 6");
+            return fail(
+                L"<error> before <protocolversion>: not Valgrind XML output of protocol 4, 5 or 6");
         m_in_error = true;
         m_problem = problem_t{};
         m_problem.tool = m_protocol_tool.empty() ? m_tool : m_protocol_tool;
@@ -635,7 +647,8 @@ private:
         m_in_error = false;
         if (m_problem.kind.empty()) {
             m_report.ok = false;
-            m_report.error = m_name + L":" + std::to_wstring(m_error_line) + L": <error> without <kind>";
+            m_report.error =
+                m_name + L":" + std::to_wstring(m_error_line) + L": <error> without <kind>";
             m_stopped = true;
             XML_StopParser(m_parser, XML_FALSE);
             return;
@@ -654,7 +667,8 @@ private:
         }
         m_problem.type = readable_problem_type(m_problem.tool, m_problem.kind);
         if (!m_problem.stacks.empty())
-            m_problem.best_level = m_locator.best_level(m_problem.stacks[0].frames, module_short_name(m_exe));
+            m_problem.best_level =
+                m_locator.best_level(m_problem.stacks[0].frames, module_short_name(m_exe));
         m_problem.id = ++m_report.problems;
         m_sink(std::move(m_problem));
     }
@@ -697,7 +711,8 @@ private:
 
 // Where a file may be cut for checking in pieces: the '<' of an "<error>"
 // that starts a line, near each of parts - 1 evenly spaced offsets.
-std::vector<std::uint64_t> cut_points(const std::filesystem::path& file, std::uint64_t size, unsigned parts)
+std::vector<std::uint64_t> cut_points(const std::filesystem::path& file, std::uint64_t size,
+                                      unsigned parts)
 {
     constexpr std::size_t window = 1 << 20;
     const std::string marker = "\n<error>";
@@ -723,8 +738,8 @@ std::vector<std::uint64_t> cut_points(const std::filesystem::path& file, std::ui
 // Parses bytes [begin, end) of a file as a fragment of the document: pieces
 // after the first get the root's start tag before them, pieces before the
 // last its end tag after them.
-void parse_piece(const std::filesystem::path& file, std::uint64_t begin, std::uint64_t end, bool first, bool last,
-                 parser_t& parser)
+void parse_piece(const std::filesystem::path& file, std::uint64_t begin, std::uint64_t end,
+                 bool first, bool last, parser_t& parser)
 {
     static constexpr char open[] = "<valgrindoutput>";
     static constexpr char close[] = "</valgrindoutput>";
@@ -734,7 +749,8 @@ void parse_piece(const std::filesystem::path& file, std::uint64_t begin, std::ui
         return;
     std::vector<char> buffer(valgrind_xml_importer_t::chunk_size);
     for (std::uint64_t at = begin; at < end;) {
-        const auto want = static_cast<std::streamsize>(std::min<std::uint64_t>(buffer.size(), end - at));
+        const auto want =
+            static_cast<std::streamsize>(std::min<std::uint64_t>(buffer.size(), end - at));
         in.read(buffer.data(), want);
         const auto got = in.gcount();
         if (got <= 0 || !parser.feed(buffer.data(), static_cast<std::size_t>(got), false))
@@ -775,7 +791,8 @@ import_report_t valgrind_xml_importer_t::import_stream(std::istream& in, const s
     return parser.finish();
 }
 
-import_report_t valgrind_xml_importer_t::scan_stream(std::istream& in, const std::wstring& name) const
+import_report_t valgrind_xml_importer_t::scan_stream(std::istream& in,
+                                                     const std::wstring& name) const
 {
     const problem_sink_t none;
     parser_t parser(name, import_context_t{}, none, false);
@@ -791,7 +808,8 @@ import_report_t valgrind_xml_importer_t::scan_stream(std::istream& in, const std
     return parser.finish();
 }
 
-import_report_t valgrind_xml_importer_t::scan_file(const basekit2::path_t& file, const std::wstring& name) const
+import_report_t valgrind_xml_importer_t::scan_file(const basekit2::path_t& file,
+                                                   const std::wstring& name) const
 {
     std::error_code ec;
     const std::uint64_t size = std::filesystem::file_size(file.fs(), ec);
@@ -827,7 +845,8 @@ std::optional<import_report_t> valgrind_xml_importer_t::scan_in_pieces(const bas
     std::vector<char> failed(parsers.size(), 0);
     auto run = [&](size_t i) {
         try {
-            parse_piece(file.fs(), bounds[i], bounds[i + 1], i == 0, i + 2 == bounds.size(), *parsers[i]);
+            parse_piece(file.fs(), bounds[i], bounds[i + 1], i == 0, i + 2 == bounds.size(),
+                        *parsers[i]);
         } catch (...) {
             failed[i] = 1;
         }
@@ -852,8 +871,10 @@ std::optional<import_report_t> valgrind_xml_importer_t::scan_in_pieces(const bas
     return report;
 }
 
-import_report_t valgrind_xml_importer_t::import_buffer(const char* data, std::size_t size, const std::wstring& name,
-                                                       const import_context_t& context, const problem_sink_t& sink,
+import_report_t valgrind_xml_importer_t::import_buffer(const char* data, std::size_t size,
+                                                       const std::wstring& name,
+                                                       const import_context_t& context,
+                                                       const problem_sink_t& sink,
                                                        std::size_t chunk) const
 {
     parser_t parser(name, context, sink);

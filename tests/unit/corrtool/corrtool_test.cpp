@@ -47,7 +47,8 @@ protected:
     void SetUp() override
     {
         std::random_device rd;
-        m_dir = fs::temp_directory_path() / ("corrtool_test_" + std::to_string(rd()) + std::to_string(rd()));
+        m_dir = fs::temp_directory_path() /
+                ("corrtool_test_" + std::to_string(rd()) + std::to_string(rd()));
         fs::create_directories(m_dir);
         ASSERT_TRUE(fs::exists(CORRTOOL_PATH));
     }
@@ -81,7 +82,8 @@ protected:
     {
         std::map<std::string, std::string> out;
         for (const auto& e : fs::recursive_directory_iterator(dir))
-            out[fs::relative(e.path(), dir).string()] = e.is_regular_file() ? read_file(e.path()) : "<dir>";
+            out[fs::relative(e.path(), dir).string()] =
+                e.is_regular_file() ? read_file(e.path()) : "<dir>";
         return out;
     }
 
@@ -92,9 +94,11 @@ TEST_F(CorrTool, ImportThenListProblemsAsJson)
 {
     const fs::path result = m_dir / "result";
     auto r = run("import " + quoted(sample("memcheck_use_after_free.xml")) + " " +
-                 quoted(sample("helgrind_race_counter.xml")) + " --result " + quoted(result) + " --name demo");
+                 quoted(sample("helgrind_race_counter.xml")) + " --result " + quoted(result) +
+                 " --name demo");
     ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_NE(r.out.find("memcheck_use_after_free.xml as data/memcheck_use_after_free.xml: 1 problem (memcheck)"),
+    EXPECT_NE(r.out.find("memcheck_use_after_free.xml as data/memcheck_use_after_free.xml: 1 "
+                         "problem (memcheck)"),
               std::string::npos)
         << r.out;
     EXPECT_NE(r.out.find("helgrind_race_counter.xml: 2 problems (helgrind)"), std::string::npos);
@@ -124,21 +128,26 @@ TEST_F(CorrTool, ImportThenListProblemsAsJson)
     EXPECT_EQ(top.at("line"), 28);
     EXPECT_EQ(uaf.at("stack_titles")[2], "Block was alloc'd at");
     // Quotes and newlines in texts survive the round trip.
-    EXPECT_EQ(problems[1].at("aux")[0], "Address 0x10c030 is 0 bytes inside data symbol \"counter\"");
-    EXPECT_NE(problems[1].at("aux")[1].get<std::string>().find("\n   by 0x1091D1: main"), std::string::npos);
+    EXPECT_EQ(problems[1].at("aux")[0],
+              "Address 0x10c030 is 0 bytes inside data symbol \"counter\"");
+    EXPECT_NE(problems[1].at("aux")[1].get<std::string>().find("\n   by 0x1091D1: main"),
+              std::string::npos);
 
     r = run("problems " + quoted(result / "demo.corr"));
     ASSERT_EQ(r.status, 0);
-    EXPECT_NE(r.out.find("#3 Data race: Possible data race during write"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("#3 Data race: Possible data race during write"), std::string::npos)
+        << r.out;
     EXPECT_NE(r.out.find("3 problems in \"demo\""), std::string::npos);
 }
 
 TEST_F(CorrTool, ExtendingAResultKeepsIdsAndWarnsAboutCutOutput)
 {
     const fs::path result = m_dir / "r";
-    ASSERT_EQ(run("import " + quoted(sample("asan_leaks.txt")) + " --result " + quoted(result)).status, 0);
-    auto r = run("import " + quoted(sample("memcheck_leaks_truncated.xml")) + " " + quoted(sample("ubsan_multi.txt")) +
-                 " --result " + quoted(result));
+    ASSERT_EQ(
+        run("import " + quoted(sample("asan_leaks.txt")) + " --result " + quoted(result)).status,
+        0);
+    auto r = run("import " + quoted(sample("memcheck_leaks_truncated.xml")) + " " +
+                 quoted(sample("ubsan_multi.txt")) + " --result " + quoted(result));
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_NE(r.err.find("warning: "), std::string::npos);
     EXPECT_NE(r.err.find("memcheck_leaks_truncated.xml: the output ends in the middle of an error"),
@@ -158,13 +167,18 @@ TEST_F(CorrTool, ExtendingAResultKeepsIdsAndWarnsAboutCutOutput)
 TEST_F(CorrTool, BadInputFailsWithStatusTwoAndChangesNothing)
 {
     const fs::path result = m_dir / "r";
-    ASSERT_EQ(run("import " + quoted(sample("memcheck_overflow.xml")) + " --result " + quoted(result)).status, 0);
+    ASSERT_EQ(
+        run("import " + quoted(sample("memcheck_overflow.xml")) + " --result " + quoted(result))
+            .status,
+        0);
     const auto before = snapshot(result);
 
     const fs::path bad = test_data("valgrind/malformed_not_well_formed.xml");
-    auto r = run("import " + quoted(sample("memcheck_uninit.xml")) + " " + quoted(bad) + " --result " + quoted(result));
+    auto r = run("import " + quoted(sample("memcheck_uninit.xml")) + " " + quoted(bad) +
+                 " --result " + quoted(result));
     EXPECT_EQ(r.status, 2);
-    EXPECT_NE(r.err.find(bad.string() + ":60:5: malformed XML: mismatched tag"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find(bad.string() + ":60:5: malformed XML: mismatched tag"), std::string::npos)
+        << r.err;
     EXPECT_EQ(snapshot(result), before);
 
     r = run("import " + quoted(m_dir / "missing.xml") + " --result " + quoted(result));
@@ -173,10 +187,12 @@ TEST_F(CorrTool, BadInputFailsWithStatusTwoAndChangesNothing)
     EXPECT_EQ(snapshot(result), before);
 
     // Into a new result: no folder is left behind.
-    r = run("import " + quoted(test_data("sanitizer/malformed_garbled_frame_line.txt")) + " --result " +
-            quoted(m_dir / "new"));
+    r = run("import " + quoted(test_data("sanitizer/malformed_garbled_frame_line.txt")) +
+            " --result " + quoted(m_dir / "new"));
     EXPECT_EQ(r.status, 2);
-    EXPECT_NE(r.err.find("malformed_garbled_frame_line.txt:5: malformed stack frame"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find("malformed_garbled_frame_line.txt:5: malformed stack frame"),
+              std::string::npos)
+        << r.err;
     EXPECT_FALSE(fs::exists(m_dir / "new"));
     for (const auto& e : fs::directory_iterator(m_dir))
         EXPECT_EQ(e.path().filename().string().find(".partial"), std::string::npos) << e.path();
@@ -186,7 +202,8 @@ TEST_F(CorrTool, BadInputFailsWithStatusTwoAndChangesNothing)
     EXPECT_NE(r.err.find("nothing: no such result"), std::string::npos) << r.err;
     EXPECT_TRUE(r.out.empty());
 
-    r = run("import " + quoted(sample("memcheck_uninit.xml")) + " --result " + quoted(result) + " --name other");
+    r = run("import " + quoted(sample("memcheck_uninit.xml")) + " --result " + quoted(result) +
+            " --name other");
     EXPECT_EQ(r.status, 2);
     EXPECT_EQ(snapshot(result), before);
 }
@@ -194,7 +211,8 @@ TEST_F(CorrTool, BadInputFailsWithStatusTwoAndChangesNothing)
 TEST_F(CorrTool, JsonStaysValidForBytesThatAreNotUtf8)
 {
     const fs::path report = m_dir / "odd.log";
-    std::ofstream(report, std::ios::binary) << "/src/a\xff.c:3:7: runtime error: division by zero \"x\\y\"\t\x01\n";
+    std::ofstream(report, std::ios::binary)
+        << "/src/a\xff.c:3:7: runtime error: division by zero \"x\\y\"\t\x01\n";
     ASSERT_EQ(run("import " + quoted(report) + " --result " + quoted(m_dir / "r")).status, 0);
     const auto r = run("problems " + quoted(m_dir / "r") + " --json");
     ASSERT_EQ(r.status, 0);

@@ -33,15 +33,16 @@ TEST(Engine, CreateImportAndReopenRoundTrip)
     EXPECT_TRUE(engine->get_problems()->empty());
 
     import_files_report_t report;
-    ASSERT_TRUE(engine->import_files(paths({sample("memcheck_overflow.xml"), sample("asan_use_after_free.txt")}),
-                                     report))
+    ASSERT_TRUE(engine->import_files(
+        paths({sample("memcheck_overflow.xml"), sample("asan_use_after_free.txt")}), report))
         << utf8(report.error);
     ASSERT_EQ(report.files.size(), 2u);
     EXPECT_EQ(report.files[0].stored_as, L"memcheck_overflow.xml");
     EXPECT_EQ(report.files[0].report.problems, 2u);
     EXPECT_EQ(report.files[1].report.tool, "asan");
     // Kept byte for byte.
-    EXPECT_EQ(read_file(dir / "data" / "asan_use_after_free.txt"), read_file(sample("asan_use_after_free.txt")));
+    EXPECT_EQ(read_file(dir / "data" / "asan_use_after_free.txt"),
+              read_file(sample("asan_use_after_free.txt")));
 
     const auto first = engine->get_problems();
     ASSERT_EQ(first->size(), 3u);
@@ -77,7 +78,8 @@ TEST(Engine, ExtendingKeepsIdsAndRenamesClashingFiles)
     temp_dir_t tmp;
     auto engine = engine_t::create();
     import_files_report_t report;
-    ASSERT_TRUE(engine->create_result(path_t(tmp / "r"), L"", paths({sample("memcheck_leaks.xml")}), {}, report))
+    ASSERT_TRUE(engine->create_result(path_t(tmp / "r"), L"", paths({sample("memcheck_leaks.xml")}),
+                                      {}, report))
         << utf8(report.error);
     EXPECT_EQ(engine->get_result_name(), L"r");
     const auto before = *engine->get_problems();
@@ -86,7 +88,8 @@ TEST(Engine, ExtendingKeepsIdsAndRenamesClashingFiles)
     // A second file of the same name, and one with a cut-short output.
     const fs::path other = tmp / "memcheck_leaks.xml";
     fs::copy_file(sample("memcheck_use_after_free.xml"), other);
-    ASSERT_TRUE(engine->import_files(paths({other, sample("memcheck_leaks_truncated.xml")}), report));
+    ASSERT_TRUE(
+        engine->import_files(paths({other, sample("memcheck_leaks_truncated.xml")}), report));
     EXPECT_EQ(report.files[0].stored_as, L"memcheck_leaks-2.xml");
     EXPECT_TRUE(report.files[1].report.truncated);
     EXPECT_EQ(report.files[1].report.warnings.size(), 1u);
@@ -110,16 +113,19 @@ TEST(Engine, FailedImportLeavesTheResultUnchanged)
     auto engine = engine_t::create();
     import_files_report_t report;
     const fs::path dir = tmp / "r";
-    ASSERT_TRUE(engine->create_result(path_t(dir), L"r", paths({sample("memcheck_overflow.xml")}), {}, report));
+    ASSERT_TRUE(engine->create_result(path_t(dir), L"r", paths({sample("memcheck_overflow.xml")}),
+                                      {}, report));
     const auto before = snapshot(dir);
 
-    const fs::path bad[] = {test_data("valgrind/malformed_not_well_formed.xml"), tmp / "missing.xml",
-                            test_data("sanitizer/malformed_garbled_frame_line.txt"), sample("memcheck_leaks.txt"),
-                            fs::path(CORR_SAMPLES_DIR) / "README.md"};
+    const fs::path bad[] = {test_data("valgrind/malformed_not_well_formed.xml"),
+                            tmp / "missing.xml",
+                            test_data("sanitizer/malformed_garbled_frame_line.txt"),
+                            sample("memcheck_leaks.txt"), fs::path(CORR_SAMPLES_DIR) / "README.md"};
     for (const auto& file : bad) {
         SCOPED_TRACE(file.string());
         // A good file first: it must not stay behind either.
-        EXPECT_FALSE(engine->import_files(paths({sample("helgrind_race_counter.xml"), file}), report));
+        EXPECT_FALSE(
+            engine->import_files(paths({sample("helgrind_race_counter.xml"), file}), report));
         EXPECT_FALSE(report.ok);
         EXPECT_NE(report.error.find(path_t(file).str()), std::wstring::npos) << utf8(report.error);
         EXPECT_EQ(snapshot(dir), before);
@@ -132,10 +138,11 @@ TEST(Engine, FailedCreateLeavesNoFolder)
     temp_dir_t tmp;
     auto engine = engine_t::create();
     import_files_report_t report;
-    EXPECT_FALSE(engine->create_result(path_t(tmp / "new"), L"",
-                                       paths({sample("memcheck_overflow.xml"),
-                                              test_data("valgrind/malformed_wrong_root_element.xml")}),
-                                       {}, report));
+    EXPECT_FALSE(
+        engine->create_result(path_t(tmp / "new"), L"",
+                              paths({sample("memcheck_overflow.xml"),
+                                     test_data("valgrind/malformed_wrong_root_element.xml")}),
+                              {}, report));
     EXPECT_NE(report.error.find(L"not <valgrindoutput>"), std::wstring::npos);
     EXPECT_TRUE(fs::is_empty(tmp.path())) << "left: " << fs::directory_iterator(tmp.path())->path();
     EXPECT_FALSE(engine->has_result());
@@ -157,7 +164,8 @@ TEST(Engine, OpeningSomethingElseSaysWhat)
     write_file(tmp / "a.corr", "corr-result 1\nname = a\n");
     write_file(tmp / "b.corr", "corr-result 1\nname = b\n");
     EXPECT_FALSE(engine->open_result(path_t(tmp.path())));
-    EXPECT_NE(engine->last_error().find(L"several marker files (a.corr, b.corr)"), std::wstring::npos);
+    EXPECT_NE(engine->last_error().find(L"several marker files (a.corr, b.corr)"),
+              std::wstring::npos);
     ASSERT_TRUE(engine->open_result(path_t(tmp / "a.corr")));
     write_file(tmp / "c.corr", "corr-result 9\n");
     EXPECT_FALSE(engine->open_result(path_t(tmp / "c.corr")));
@@ -173,7 +181,8 @@ TEST(Engine, SourceDirectoriesAreKeptAndUsed)
     temp_dir_t tmp;
     auto engine = engine_t::create();
     import_files_report_t report;
-    ASSERT_TRUE(engine->create_result(path_t(tmp / "r"), L"r", paths({sample("memcheck_libbuggy.xml")}), {}, report));
+    ASSERT_TRUE(engine->create_result(path_t(tmp / "r"), L"r",
+                                      paths({sample("memcheck_libbuggy.xml")}), {}, report));
     EXPECT_EQ(engine->get_problems()->at(0).best_frame()->function, "summarise");
     // The recorded paths name the samples' own checkout.
     fs::create_directories(tmp / "src");
@@ -181,13 +190,15 @@ TEST(Engine, SourceDirectoriesAreKeptAndUsed)
     EXPECT_EQ(engine->get_problems()->at(0).best_frame()->function, "buggy_average");
     auto again = engine_t::create();
     ASSERT_TRUE(again->open_result(path_t(tmp / "r")));
-    EXPECT_EQ(again->get_source_dirs(), std::vector<path_t>{path_t(L"/work/wt-samples/samples/src")});
+    EXPECT_EQ(again->get_source_dirs(),
+              std::vector<path_t>{path_t(L"/work/wt-samples/samples/src")});
 }
 
 TEST(Engine, TheBundledSampleResultOpensAndMatchesTheRecordings)
 {
     auto engine = engine_t::create();
-    ASSERT_TRUE(engine->open_result(path_t(fs::path(CORR_SAMPLES_DIR) / "result"))) << utf8(engine->last_error());
+    ASSERT_TRUE(engine->open_result(path_t(fs::path(CORR_SAMPLES_DIR) / "result")))
+        << utf8(engine->last_error());
     EXPECT_EQ(engine->get_result_name(), L"sample");
     EXPECT_TRUE(fs::exists(fs::path(CORR_SAMPLES_DIR) / "result" / "suppressions" / ".gitkeep"));
     const auto manifest = engine->get_manifest();
@@ -212,12 +223,14 @@ TEST(Engine, DataFileThatNoLongerReadsIsReportedOnLoad)
     temp_dir_t tmp;
     auto engine = engine_t::create();
     import_files_report_t report;
-    ASSERT_TRUE(engine->create_result(path_t(tmp / "r"), L"r",
-                                      paths({sample("memcheck_overflow.xml"), sample("memcheck_uninit.xml"),
-                                             sample("memcheck_double_free.xml")}),
-                                      {}, report));
+    ASSERT_TRUE(
+        engine->create_result(path_t(tmp / "r"), L"r",
+                              paths({sample("memcheck_overflow.xml"), sample("memcheck_uninit.xml"),
+                                     sample("memcheck_double_free.xml")}),
+                              {}, report));
     const fs::path data = tmp / "r" / "data";
-    write_file(data / "memcheck_overflow.xml", "<valgrindoutput><protocolversion>4</protocolversion><error>");
+    write_file(data / "memcheck_overflow.xml",
+               "<valgrindoutput><protocolversion>4</protocolversion><error>");
     write_file(data / "memcheck_double_free.xml", "<valgrindoutput><protocolversion>4</protocol>");
     auto again = engine_t::create();
     ASSERT_TRUE(again->open_result(path_t(tmp / "r")));
@@ -229,7 +242,8 @@ TEST(Engine, DataFileThatNoLongerReadsIsReportedOnLoad)
     EXPECT_TRUE(load.files.at(0).report.ok); // cut short: a warning
     EXPECT_TRUE(load.files.at(0).report.truncated);
     EXPECT_FALSE(load.ok);
-    EXPECT_NE(load.error.find(L"memcheck_double_free.xml:1:"), std::wstring::npos) << utf8(load.error);
+    EXPECT_NE(load.error.find(L"memcheck_double_free.xml:1:"), std::wstring::npos)
+        << utf8(load.error);
 }
 
 } // namespace

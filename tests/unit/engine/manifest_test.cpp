@@ -23,7 +23,8 @@ TEST(ResultManifest, RoundTripsEveryFieldIncludingAwkwardText)
     m.data_files = {{L"one.xml", L"memcheck", 3}, {L"two.txt", L"asan, lsan", 0}};
     const std::string text = m.to_text();
     EXPECT_EQ(text.rfind("corr-result 1\n", 0), 0u);
-    EXPECT_EQ(count_of(text, "\n"), 10u); // one line per field: the newline in the command is escaped
+    EXPECT_EQ(count_of(text, "\n"),
+              10u); // one line per field: the newline in the command is escaped
 
     result_manifest_t back;
     std::wstring error;
@@ -47,8 +48,10 @@ TEST(ResultManifest, BadMarkerFilesNameTheLineAndReason)
         {"<?xml version=\"1.0\"?>\n", L"m.corr:1: not a result marker file"},
         {"corr-result 7\nname = x\n", L"m.corr:1: result format version 7 is not supported"},
         {"corr-result 1\nname x\n", L"m.corr:2: expected \"key = value\""},
-        {"# made by hand\ncorr-result 1\ndata = a.xml\n", L"m.corr:3: expected \"data = <file> | <tool> | <problems>\""},
-        {"corr-result 1\ndata = ../a.xml | memcheck | 1\n", L"m.corr:2: a data file must be a plain file name"},
+        {"# made by hand\ncorr-result 1\ndata = a.xml\n",
+         L"m.corr:3: expected \"data = <file> | <tool> | <problems>\""},
+        {"corr-result 1\ndata = ../a.xml | memcheck | 1\n",
+         L"m.corr:2: a data file must be a plain file name"},
     };
     for (const auto& c : cases) {
         result_manifest_t m;
@@ -68,7 +71,8 @@ TEST(ResultManifest, BadMarkerFilesNameTheLineAndReason)
 TEST(ResultManifest, ToolsAndAnalysisTypeFollowTheDataFiles)
 {
     result_manifest_t m;
-    m.data_files = {{L"a.xml", L"memcheck", 1}, {L"b.txt", L"asan, lsan", 1}, {L"c.txt", L"lsan", 0}};
+    m.data_files = {
+        {L"a.xml", L"memcheck", 1}, {L"b.txt", L"asan, lsan", 1}, {L"c.txt", L"lsan", 0}};
     m.update_tools();
     EXPECT_EQ(m.tool, L"memcheck, asan, lsan");
     EXPECT_EQ(m.analysis_type, L"memory");
@@ -90,20 +94,26 @@ frame_t frame(const char* module, const char* function, const char* source)
 
 TEST(BestLocation, SkipsRuntimesAndPrefersTheProgram)
 {
-    EXPECT_TRUE(best_location_t::is_runtime_frame(frame("vgpreload_memcheck-amd64-linux.so", "malloc", "")));
-    EXPECT_TRUE(best_location_t::is_runtime_frame(frame("libc.so.6", "start_thread", "./nptl/pthread_create.c")));
+    EXPECT_TRUE(best_location_t::is_runtime_frame(
+        frame("vgpreload_memcheck-amd64-linux.so", "malloc", "")));
+    EXPECT_TRUE(best_location_t::is_runtime_frame(
+        frame("libc.so.6", "start_thread", "./nptl/pthread_create.c")));
     EXPECT_TRUE(best_location_t::is_runtime_frame(frame("prog", "__interceptor_malloc", "")));
-    EXPECT_TRUE(best_location_t::is_runtime_frame(frame("prog", "free", "")));        // static sanitizer runtime
-    EXPECT_FALSE(best_location_t::is_runtime_frame(frame("prog", "free", "/src/my_free.c"))); // the program's own
-    EXPECT_TRUE(best_location_t::is_runtime_frame(frame("", "__libc_start_call_main", "csu/../x.h")));
+    EXPECT_TRUE(
+        best_location_t::is_runtime_frame(frame("prog", "free", ""))); // static sanitizer runtime
+    EXPECT_FALSE(best_location_t::is_runtime_frame(
+        frame("prog", "free", "/src/my_free.c"))); // the program's own
+    EXPECT_TRUE(
+        best_location_t::is_runtime_frame(frame("", "__libc_start_call_main", "csu/../x.h")));
     EXPECT_TRUE(best_location_t::is_runtime_frame(frame("libstdc++.so.6", "", "")));
     EXPECT_TRUE(best_location_t::is_runtime_frame(frame("", "", "")));
 
     const best_location_t plain;
-    const std::vector<frame_t> stack{frame("vgpreload_memcheck-amd64-linux.so", "malloc", ""),
-                                     frame("libbuggy.so", "buggy_label", "/home/me/src/lib.c"),
-                                     frame("prog", "std::vector<int>::at", "/usr/include/c++/12/bits/stl_vector.h"),
-                                     frame("prog", "main", "/home/me/src/main.c")};
+    const std::vector<frame_t> stack{
+        frame("vgpreload_memcheck-amd64-linux.so", "malloc", ""),
+        frame("libbuggy.so", "buggy_label", "/home/me/src/lib.c"),
+        frame("prog", "std::vector<int>::at", "/usr/include/c++/12/bits/stl_vector.h"),
+        frame("prog", "main", "/home/me/src/main.c")};
     EXPECT_EQ(plain.best_level(stack, "prog"), 3);
     EXPECT_EQ(plain.best_level(stack, ""), 1); // no program known: the first frame past the runtime
     const best_location_t with_sources({"/home/me/src/../src"});
@@ -114,9 +124,11 @@ TEST(BestLocation, SkipsRuntimesAndPrefersTheProgram)
 
 TEST(ProblemTypes, ReadableNamesForKnownAndUnknownKinds)
 {
-    EXPECT_EQ(corr_engine::readable_problem_type("memcheck", "UninitCondition"), "Uninitialized value");
+    EXPECT_EQ(corr_engine::readable_problem_type("memcheck", "UninitCondition"),
+              "Uninitialized value");
     EXPECT_EQ(corr_engine::readable_problem_type("helgrind", "Race"), "Data race");
-    EXPECT_EQ(corr_engine::readable_problem_type("asan", "heap-buffer-overflow"), "Heap buffer overflow");
+    EXPECT_EQ(corr_engine::readable_problem_type("asan", "heap-buffer-overflow"),
+              "Heap buffer overflow");
     EXPECT_EQ(corr_engine::readable_problem_type("ubsan", "shift-exponent"), "Undefined behavior");
     EXPECT_EQ(corr_engine::readable_problem_type("memcheck", "SomeNewKind"), "Some new kind");
     EXPECT_EQ(corr_engine::readable_problem_type("asan", "new-kind_here"), "New kind here");

@@ -16,8 +16,9 @@ const sanitizer_report_importer_t importer;
 imported_t import_text(const std::string& text)
 {
     imported_t out;
-    out.report = importer.import_buffer(text.data(), text.size(), L"report.txt", {},
-                                        [&](probstore3::problem_t&& p) { out.problems.push_back(std::move(p)); });
+    out.report = importer.import_buffer(
+        text.data(), text.size(), L"report.txt", {},
+        [&](probstore3::problem_t&& p) { out.problems.push_back(std::move(p)); });
     return out;
 }
 
@@ -77,9 +78,9 @@ TEST(SanitizerImport, UseAfterFreeHasItsThreeStacks)
     ASSERT_EQ(p.stacks.size(), 3u);
     EXPECT_EQ(p.stacks[1].title, "freed by thread T0 here");
     EXPECT_EQ(p.stacks[2].title, "previously allocated by thread T0 here");
-    EXPECT_EQ(p.aux, (std::vector<std::string>{
-                         "READ of size 1 at 0x602000000030 thread T0",
-                         "0x602000000030 is located 0 bytes inside of 7-byte region [0x602000000030,0x602000000037)"}));
+    EXPECT_EQ(p.aux, (std::vector<std::string>{"READ of size 1 at 0x602000000030 thread T0",
+                                               "0x602000000030 is located 0 bytes inside of 7-byte "
+                                               "region [0x602000000030,0x602000000037)"}));
 
     ASSERT_EQ(p.stacks[0].frames.size(), 5u);
     const auto& top = p.stacks[0].frames[0];
@@ -155,7 +156,8 @@ TEST(SanitizerImport, ThreadSanitizerSectionsAreTitledStacks)
     EXPECT_EQ(create.source, ""); // "<null>"
     EXPECT_EQ(create.line, no_line);
     EXPECT_NE(std::find(p.aux.begin(), p.aux.end(),
-                        "Location is global 'counter' of size 8 at 0x5555569ca258 (tsan_race_counter+0x1476258)"),
+                        "Location is global 'counter' of size 8 at 0x5555569ca258 "
+                        "(tsan_race_counter+0x1476258)"),
               p.aux.end());
 
     const auto order = import_with(importer, sample("tsan_lock_order.txt"));
@@ -176,7 +178,8 @@ TEST(SanitizerImport, TemplateNamesWithSpacesParseWhole)
     EXPECT_EQ(frames[16].function, "");
     EXPECT_EQ(frames[16].module, "libstdc++.so.6");
     const auto& location = got.problems[0].stacks.at(2);
-    EXPECT_EQ(location.title, "Location is heap block of size 40 at 0x7b0c00000000 allocated by main thread");
+    EXPECT_EQ(location.title,
+              "Location is heap block of size 40 at 0x7b0c00000000 allocated by main thread");
     EXPECT_EQ(location.frames.at(0).function, "operator new(unsigned long)");
 }
 
@@ -195,9 +198,10 @@ TEST(SanitizerImport, UndefinedBehaviourOneLinersWithAndWithoutStacks)
     EXPECT_EQ(got.problems[3].best_frame()->line, 29u);
 
     // print_stacktrace=0: the location is the only frame.
-    const auto bare = import_text("/src/ub.c:12:18: runtime error: signed integer overflow: 1 + 2147483647\n"
-                                  "program output\n"
-                                  "/src/ub.c:17:15: runtime error: shift exponent 32 is too large\n");
+    const auto bare =
+        import_text("/src/ub.c:12:18: runtime error: signed integer overflow: 1 + 2147483647\n"
+                    "program output\n"
+                    "/src/ub.c:17:15: runtime error: shift exponent 32 is too large\n");
     ASSERT_TRUE(bare.report.ok);
     ASSERT_EQ(bare.problems.size(), 2u);
     ASSERT_EQ(bare.problems[1].stacks.size(), 1u);
@@ -231,7 +235,8 @@ TEST(SanitizerImport, GarbledFrameIsAnErrorWithItsLine)
     const auto path = test_data("sanitizer/malformed_garbled_frame_line.txt");
     const auto got = import_with(importer, path);
     EXPECT_FALSE(got.report.ok);
-    EXPECT_EQ(got.report.error.rfind(basekit2::path_t(path).str() + L":5: malformed stack frame: #1 0x5645@@020f8ed5",
+    EXPECT_EQ(got.report.error.rfind(basekit2::path_t(path).str() +
+                                         L":5: malformed stack frame: #1 0x5645@@020f8ed5",
                                      0),
               0u)
         << platkit::strings::wide_to_utf8(got.report.error);
@@ -255,10 +260,12 @@ TEST(SanitizerImport, ReportCutShortIsSkippedWithAWarning)
 
 TEST(SanitizerImport, RecognisesReportsOnly)
 {
-    EXPECT_TRUE(importer.can_import("hello\n==1==ERROR: AddressSanitizer: heap-use-after-free on address"));
+    EXPECT_TRUE(
+        importer.can_import("hello\n==1==ERROR: AddressSanitizer: heap-use-after-free on address"));
     EXPECT_TRUE(importer.can_import("WARNING: ThreadSanitizer: data race (pid=1)"));
     EXPECT_TRUE(importer.can_import("a.c:1:2: runtime error: division by zero"));
-    EXPECT_FALSE(importer.can_import("==123== Memcheck, a memory error detector\n==123== ERROR SUMMARY: 0"));
+    EXPECT_FALSE(
+        importer.can_import("==123== Memcheck, a memory error detector\n==123== ERROR SUMMARY: 0"));
     EXPECT_FALSE(importer.can_import("ERROR: something else: entirely"));
 }
 

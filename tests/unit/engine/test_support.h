@@ -73,8 +73,9 @@ inline imported_t import_with(const corr_engine::result_importer_t& importer, co
                               const corr_engine::import_context_t& context = {})
 {
     imported_t out;
-    out.report = importer.import(basekit2::path_t(file), context,
-                                 [&](probstore3::problem_t&& p) { out.problems.push_back(std::move(p)); });
+    out.report = importer.import(basekit2::path_t(file), context, [&](probstore3::problem_t&& p) {
+        out.problems.push_back(std::move(p));
+    });
     return out;
 }
 
@@ -85,7 +86,8 @@ public:
     temp_dir_t()
     {
         std::random_device rd;
-        m_path = fs::temp_directory_path() / ("corr_engine_test_" + std::to_string(rd()) + std::to_string(rd()));
+        m_path = fs::temp_directory_path() /
+                 ("corr_engine_test_" + std::to_string(rd()) + std::to_string(rd()));
         fs::create_directories(m_path);
     }
     ~temp_dir_t()
@@ -109,7 +111,8 @@ inline std::map<std::string, std::string> snapshot(const fs::path& dir)
 {
     std::map<std::string, std::string> out;
     for (const auto& e : fs::recursive_directory_iterator(dir))
-        out[fs::relative(e.path(), dir).string()] = e.is_regular_file() ? read_file(e.path()) : "<dir>";
+        out[fs::relative(e.path(), dir).string()] =
+            e.is_regular_file() ? read_file(e.path()) : "<dir>";
     return out;
 }
 

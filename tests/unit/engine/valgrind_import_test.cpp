@@ -39,7 +39,8 @@ TEST(ValgrindXmlImport, EveryRecordedFileGivesOneProblemPerError)
         for (const auto& p : got.problems)
             stacks += p.stacks.size();
         size_t error_stacks = 0;
-        for (auto at = text.find("<error>"); at != std::string::npos; at = text.find("<error>", at + 1))
+        for (auto at = text.find("<error>"); at != std::string::npos;
+             at = text.find("<error>", at + 1))
             error_stacks += count_of(text.substr(at, text.find("</error>", at) - at), "<stack>");
         EXPECT_EQ(stacks, error_stacks);
     }
@@ -105,8 +106,8 @@ TEST(ValgrindXmlImport, ScanningInPiecesGivesTheSameCount)
     // scan in pieces (scan_file then reads them in one).
     const auto middle = big.find("\n<error>", big.size() / 2);
     const std::string variants[] = {
-        big.substr(0, big.size() / 3) + "<!--" + big.substr(big.size() / 3, middle - big.size() / 3) + "-->" +
-            big.substr(middle),
+        big.substr(0, big.size() / 3) + "<!--" +
+            big.substr(big.size() / 3, middle - big.size() / 3) + "-->" + big.substr(middle),
         big.substr(0, big.size() - 200),
         big.substr(0, middle) + "<error><kind>X</kind></eror>" + big.substr(middle),
     };
@@ -120,7 +121,8 @@ TEST(ValgrindXmlImport, LargeFileScanMatchesTheOnePieceScan)
 {
     temp_dir_t tmp;
     const fs::path file = tmp / "big.xml";
-    const std::string big = grown("drd_race_counter.xml", valgrind_xml_importer_t::parallel_threshold + 1024);
+    const std::string big =
+        grown("drd_race_counter.xml", valgrind_xml_importer_t::parallel_threshold + 1024);
     for (const bool cut : {false, true}) {
         write_file(file, cut ? big.substr(0, big.size() - 300) : big);
         const auto whole = scan_whole(file);
@@ -212,7 +214,8 @@ TEST(ValgrindXmlImport, HelgrindRacesCarryTheAnnouncementsOfTheirThreads)
     ASSERT_EQ(p.aux.size(), 3u);
     EXPECT_EQ(p.aux[0], "Address 0x10c030 is 0 bytes inside data symbol \"counter\"");
     // Threads in the order the error names them: #3 in xwhat, #2 in xauxwhat.
-    EXPECT_EQ(p.aux[1].rfind("Thread #3 was created\n   at 0x496FB3F: clone (clone.S:76)", 0), 0u) << p.aux[1];
+    EXPECT_EQ(p.aux[1].rfind("Thread #3 was created\n   at 0x496FB3F: clone (clone.S:76)", 0), 0u)
+        << p.aux[1];
     EXPECT_NE(p.aux[1].find("by 0x1091D1: main (thr_race_counter.c:22)"), std::string::npos);
     EXPECT_EQ(p.aux[2].rfind("Thread #2 was created", 0), 0u);
     EXPECT_NE(p.aux[2].find("main (thr_race_counter.c:21)"), std::string::npos);
@@ -225,7 +228,8 @@ TEST(ValgrindXmlImport, LockOrderKeepsAllFiveStacks)
     const auto& p = got.problems[0];
     EXPECT_EQ(p.type, "Lock order violation");
     ASSERT_EQ(p.stacks.size(), 5u);
-    EXPECT_EQ(p.stacks[1].title, "Required order was established by acquisition of lock at 0x10C060");
+    EXPECT_EQ(p.stacks[1].title,
+              "Required order was established by acquisition of lock at 0x10C060");
     EXPECT_EQ(p.stacks[4].title, "Lock at 0x10023C9470 was first observed");
     EXPECT_EQ(p.best_frame()->function, "transfer_ba");
     EXPECT_EQ(p.best_frame()->line, 29u);
@@ -243,7 +247,8 @@ TEST(ValgrindXmlImport, DrdAllocationContextIsATitledStack)
     EXPECT_EQ(p.stacks[1].title, "Allocation context");
     EXPECT_EQ(p.stacks[1].frames.at(0).function, "operator new(unsigned long)");
     // Entities are decoded: the recorded text has &lt; and &gt;.
-    EXPECT_EQ(p.best_frame()->function, "corr::sample::Accumulator<double, 4>::add(double const&, int)");
+    EXPECT_EQ(p.best_frame()->function,
+              "corr::sample::Accumulator<double, 4>::add(double const&, int)");
     EXPECT_EQ(p.aux, std::vector<std::string>{"Address 0x4d9ac50 is at offset 0 from 0x4d9ac50."});
 }
 
@@ -263,7 +268,8 @@ TEST(ValgrindXmlImport, NewerProtocolVersionsImport)
     EXPECT_EQ(v5.problems[0].type, "File descriptor leak");
     EXPECT_EQ(v5.problems[0].description, "Open file descriptor 3: /dev/null");
     ASSERT_EQ(v5.problems[0].stacks[0].frames.size(), 6u);
-    EXPECT_EQ(v5.problems[0].stacks[0].frames[5].source, "/work/wt-samples/samples/src/res_fd_leak.c");
+    EXPECT_EQ(v5.problems[0].stacks[0].frames[5].source,
+              "/work/wt-samples/samples/src/res_fd_leak.c");
 
     const auto v6 = import_with(importer, test_data("valgrind/memcheck_protocol6_summaries.xml"));
     ASSERT_TRUE(v6.report.ok) << platkit::strings::wide_to_utf8(v6.report.error);
@@ -278,7 +284,8 @@ TEST(ValgrindXmlImport, OutputCutShortKeepsCompleteErrorsAndWarns)
     ASSERT_TRUE(got.report.ok);
     EXPECT_TRUE(got.report.truncated);
     ASSERT_EQ(got.problems.size(), 1u);
-    EXPECT_EQ(got.problems[0].description, "10 bytes in 1 blocks are definitely lost in loss record 1 of 3");
+    EXPECT_EQ(got.problems[0].description,
+              "10 bytes in 1 blocks are definitely lost in loss record 1 of 3");
     ASSERT_EQ(got.report.warnings.size(), 1u);
     EXPECT_NE(got.report.warnings[0].find(L"ends in the middle of an error"), std::wstring::npos);
 
@@ -287,7 +294,8 @@ TEST(ValgrindXmlImport, OutputCutShortKeepsCompleteErrorsAndWarns)
     const std::string head = full.substr(0, full.find("</error>") + 8);
     std::istringstream in(head);
     size_t n = 0;
-    const auto report = importer.import_stream(in, L"cut.xml", {}, [&](probstore3::problem_t&&) { ++n; });
+    const auto report =
+        importer.import_stream(in, L"cut.xml", {}, [&](probstore3::problem_t&&) { ++n; });
     EXPECT_TRUE(report.ok);
     EXPECT_TRUE(report.truncated);
     EXPECT_EQ(n, 1u);
@@ -302,8 +310,10 @@ TEST(ValgrindXmlImport, MalformedInputsNameFileLineAndReason)
     };
     const case_t cases[] = {
         {"malformed_not_well_formed.xml", L":60:5: malformed XML: mismatched tag"},
-        {"malformed_wrong_root_element.xml", L":3:1: the root element is <valgrindreport>, not <valgrindoutput>"},
-        {"malformed_unsupported_protocol_3.xml", L":5:19: unsupported Valgrind XML protocol version 3"},
+        {"malformed_wrong_root_element.xml",
+         L":3:1: the root element is <valgrindreport>, not <valgrindoutput>"},
+        {"malformed_unsupported_protocol_3.xml",
+         L":5:19: unsupported Valgrind XML protocol version 3"},
         {"malformed_error_without_kind.xml", L":39: <error> without <kind>"},
         {"malformed_empty_file.xml", L": the file is empty"},
     };
@@ -335,7 +345,8 @@ TEST(ValgrindXmlImport, StreamAndBufferAgreeWhateverTheChunkBoundaries)
 
     std::vector<probstore3::problem_t> from_stream, from_buffer;
     std::istringstream in(big);
-    const auto r1 = importer.import_stream(in, L"big.xml", {}, [&](auto&& p) { from_stream.push_back(p); });
+    const auto r1 =
+        importer.import_stream(in, L"big.xml", {}, [&](auto&& p) { from_stream.push_back(p); });
     const auto r2 = importer.import_buffer(big.data(), big.size(), L"big.xml", {},
                                            [&](auto&& p) { from_buffer.push_back(p); });
     ASSERT_TRUE(r1.ok);
@@ -351,17 +362,18 @@ TEST(ValgrindXmlImport, StreamAndBufferAgreeWhateverTheChunkBoundaries)
 
 TEST(ValgrindXmlImport, UnknownElementsAreSkippedWherever)
 {
-    const std::string xml = "<?xml version=\"1.0\"?>\n<valgrindoutput><protocolversion>4</protocolversion>"
-                            "<protocoltool>memcheck</protocoltool><future><error><kind>X</kind></error></future>"
-                            "<error><unique>0x1</unique><kind>InvalidWrite</kind><what>Invalid write of size 4</what>"
-                            "<newthing a=\"1\"><what>not this</what></newthing>"
-                            "<stack><frame><ip>0x1</ip><obj>/bin/prog</obj><fn>f</fn><extra>e</extra>"
-                            "<dir>/src</dir><file>a.c</file><line>7</line></frame></stack>"
-                            "<suppression><sname>s</sname><rawtext><![CDATA[{ x }]]></rawtext></suppression>"
-                            "</error></valgrindoutput>";
+    const std::string xml =
+        "<?xml version=\"1.0\"?>\n<valgrindoutput><protocolversion>4</protocolversion>"
+        "<protocoltool>memcheck</protocoltool><future><error><kind>X</kind></error></future>"
+        "<error><unique>0x1</unique><kind>InvalidWrite</kind><what>Invalid write of size 4</what>"
+        "<newthing a=\"1\"><what>not this</what></newthing>"
+        "<stack><frame><ip>0x1</ip><obj>/bin/prog</obj><fn>f</fn><extra>e</extra>"
+        "<dir>/src</dir><file>a.c</file><line>7</line></frame></stack>"
+        "<suppression><sname>s</sname><rawtext><![CDATA[{ x }]]></rawtext></suppression>"
+        "</error></valgrindoutput>";
     std::vector<probstore3::problem_t> got;
-    const auto report =
-        importer.import_buffer(xml.data(), xml.size(), L"x.xml", {}, [&](auto&& p) { got.push_back(p); });
+    const auto report = importer.import_buffer(xml.data(), xml.size(), L"x.xml", {},
+                                               [&](auto&& p) { got.push_back(p); });
     ASSERT_TRUE(report.ok) << platkit::strings::wide_to_utf8(report.error);
     ASSERT_EQ(got.size(), 1u);
     EXPECT_EQ(got[0].description, "Invalid write of size 4");

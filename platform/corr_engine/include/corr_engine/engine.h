@@ -22,9 +22,9 @@ using problem_list_t = std::vector<probstore3::problem_t>;
 // What an import into a result did, file by file.
 struct file_import_t
 {
-    basekit2::path_t file;      // as given
-    std::wstring stored_as;     // name under data/
-    import_report_t report;     // tool, problems, warnings, truncated
+    basekit2::path_t file;  // as given
+    std::wstring stored_as; // name under data/
+    import_report_t report; // tool, problems, warnings, truncated
 };
 
 struct import_files_report_t
@@ -61,7 +61,8 @@ public:
     // read back from there. All or nothing: when one file fails (unreadable,
     // no importer, malformed) nothing in the result changes. Warnings (an
     // output cut short) do not fail the import.
-    virtual bool import_files(const std::vector<basekit2::path_t>& files, import_files_report_t& report) = 0;
+    virtual bool import_files(const std::vector<basekit2::path_t>& files,
+                              import_files_report_t& report) = 0;
 
     // Replaces the result's source directories (saved in the marker file).
     virtual bool set_source_dirs(const std::vector<basekit2::path_t>& dirs) = 0;

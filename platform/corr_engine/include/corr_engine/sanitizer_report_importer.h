@@ -21,17 +21,22 @@ class sanitizer_report_importer_t : public result_importer_t
 {
 public:
     // The same content comes in files of both extensions: "txt" and "log".
-    explicit sanitizer_report_importer_t(std::wstring extension = L"txt") : m_extension(std::move(extension)) {}
+    explicit sanitizer_report_importer_t(std::wstring extension = L"txt")
+        : m_extension(std::move(extension))
+    {
+    }
 
     std::wstring extension() const override { return m_extension; }
     // A report header among the first bytes: "ERROR: AddressSanitizer:",
     // "WARNING: ThreadSanitizer:", "...: runtime error: ", ...
     bool can_import(const std::string& head) const override;
-    import_report_t import_stream(std::istream& in, const std::wstring& name, const import_context_t& context,
+    import_report_t import_stream(std::istream& in, const std::wstring& name,
+                                  const import_context_t& context,
                                   const problem_sink_t& sink) const override;
     // The same on a buffer in memory (fuzzing, tests).
     import_report_t import_buffer(const char* data, std::size_t size, const std::wstring& name,
-                                  const import_context_t& context, const problem_sink_t& sink) const;
+                                  const import_context_t& context,
+                                  const problem_sink_t& sink) const;
 
 private:
     std::wstring m_extension;

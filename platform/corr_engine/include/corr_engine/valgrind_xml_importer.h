@@ -24,7 +24,8 @@ public:
     // Any XML document, and the empty file: wrong roots and protocol versions
     // are then reported by the import with a reason instead of "unknown file".
     bool can_import(const std::string& head) const override;
-    import_report_t import_stream(std::istream& in, const std::wstring& name, const import_context_t& context,
+    import_report_t import_stream(std::istream& in, const std::wstring& name,
+                                  const import_context_t& context,
                                   const problem_sink_t& sink) const override;
     // Checks and counts without building problems: stacks are skipped
     // unread, which makes this the fastest way through a large file.
@@ -35,12 +36,13 @@ public:
     // file, or a cut that was not between two top-level elements) the whole
     // file is scanned again in one piece, so the report is always the one
     // scan_stream gives.
-    import_report_t scan_file(const basekit2::path_t& file, const std::wstring& name) const override;
+    import_report_t scan_file(const basekit2::path_t& file,
+                              const std::wstring& name) const override;
 
     // The parallel part of scan_file: the file in up to parts pieces, or
     // nothing when a piece did not parse cleanly (then scan it whole).
-    std::optional<import_report_t> scan_in_pieces(const basekit2::path_t& file, const std::wstring& name,
-                                                  unsigned parts) const;
+    std::optional<import_report_t> scan_in_pieces(const basekit2::path_t& file,
+                                                  const std::wstring& name, unsigned parts) const;
 
     // Files smaller than this are scanned in one piece.
     static constexpr std::uint64_t parallel_threshold = 16 * 1024 * 1024;
