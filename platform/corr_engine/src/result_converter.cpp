@@ -1,5 +1,8 @@
 #include "corr_engine/result_converter.h"
 
+#include "corr_engine/sanitizer_report_importer.h"
+#include "corr_engine/valgrind_xml_importer.h"
+
 #include <algorithm>
 #include <fstream>
 #include <mutex>
@@ -7,12 +10,57 @@
 namespace corr_engine {
 namespace {
 std::mutex g_mutex;
+
+// Holds g_mutex when called. The built-in importers go in once, before
+// anything else is registered or cleared.
 std::vector<std::shared_ptr<const result_importer_t>>& registry()
 {
-    static std::vector<std::shared_ptr<const result_importer_t>> importers;
+    static std::vector<std::shared_ptr<const result_importer_t>> importers{
+        std::make_shared<valgrind_xml_importer_t>(),
+        std::make_shared<sanitizer_report_importer_t>(L"txt"),
+        std::make_shared<sanitizer_report_importer_t>(L"log"),
+    };
     return importers;
 }
 } // namespace
+
+import_report_t result_importer_t::scan_stream(std::istream& in, const std::wstring& name) const
+{
+    return import_stream(in, name, import_context_t{}, [](probstore3::problem_t&&) {});
+}
+
+import_report_t result_importer_t::scan_file(const basekit2::path_t& file,
+                                             const std::wstring& name) const
+{
+    std::ifstream in(file.fs(), std::ios::binary);
+    if (!in) {
+        import_report_t report;
+        report.ok = false;
+        report.error = name + L": cannot open the file";
+        return report;
+    }
+    return scan_stream(in, name);
+}
+
+import_report_t result_importer_t::import(const basekit2::path_t& file,
+                                          const problem_sink_t& sink) const
+{
+    return import(file, import_context_t{}, sink);
+}
+
+import_report_t result_importer_t::import(const basekit2::path_t& file,
+                                          const import_context_t& context,
+                                          const problem_sink_t& sink) const
+{
+    std::ifstream in(file.fs(), std::ios::binary);
+    if (!in) {
+        import_report_t report;
+        report.ok = false;
+        report.error = file.str() + L": cannot open the file";
+        return report;
+    }
+    return import_stream(in, file.str(), context, sink);
+}
 
 result_converter_t::result_converter_t() = default;
 
@@ -33,9 +81,10 @@ std::vector<std::shared_ptr<const result_importer_t>> result_converter_t::import
     return registry();
 }
 
-std::shared_ptr<const result_importer_t> result_converter_t::find_importer(const basekit2::path_t& file) const
+std::shared_ptr<const result_importer_t>
+result_converter_t::find_importer(const basekit2::path_t& file) const
 {
-    std::string head(4096, '\0');
+    std::string head(head_size, '\0');
     {
         std::ifstream in(file.fs(), std::ios::binary);
         in.read(head.data(), static_cast<std::streamsize>(head.size()));

@@ -4,7 +4,9 @@
 #include "basekit2/path.h"
 #include "probstore3/problem.h"
 
+#include <cstdint>
 #include <functional>
+#include <iosfwd>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,10 +18,25 @@ namespace corr_engine {
 struct import_report_t
 {
     bool ok = true;
-    std::wstring error;                 // "file.xml:12: not well-formed (invalid token)"
+    std::wstring error;                 // "file.xml:12:5: not well-formed (invalid token)"
     std::vector<std::wstring> warnings; // "file.xml: the output ends in the middle of an error ..."
     bool truncated = false;
+
+    // What the output says about the run (UTF-8, empty when it does not say).
+    std::string tool;    // tools that wrote it, in order of appearance: "memcheck", "asan, lsan"
+    std::string command; // the analysed command line
+    std::uint64_t problems = 0; // problems handed to the sink
 };
+
+// What the importer needs to know about the result it imports into.
+struct import_context_t
+{
+    // Frames with a source under one of these folders (UTF-8, absolute) are
+    // the analysed program's own code when the best location is chosen.
+    std::vector<std::string> source_dirs;
+};
+
+using problem_sink_t = std::function<void(probstore3::problem_t&&)>;
 
 class result_importer_t
 {
@@ -29,14 +46,31 @@ public:
     virtual std::wstring extension() const = 0;
     // Whether this importer understands the content (the first bytes of a file).
     virtual bool can_import(const std::string& head) const = 0;
+    // Reads analyser output from a stream and hands each complete problem to
+    // sink, in input order. name is the file name used in messages.
+    virtual import_report_t import_stream(std::istream& in, const std::wstring& name,
+                                          const import_context_t& context,
+                                          const problem_sink_t& sink) const = 0;
+
+    // Reads a whole output to check it and count its problems, without
+    // handing them out: what a result needs before it keeps a file. The
+    // report is the one import_stream gives (the same errors, warnings and
+    // count); an importer may skip building problems here to go faster.
+    virtual import_report_t scan_stream(std::istream& in, const std::wstring& name) const;
+    // The same on a file, which an importer may read in parallel pieces.
+    virtual import_report_t scan_file(const basekit2::path_t& file, const std::wstring& name) const;
+
     // Reads the file and hands each complete problem to sink, in file order.
-    virtual import_report_t import(const basekit2::path_t& file,
-                                   const std::function<void(probstore3::problem_t&&)>& sink) const = 0;
+    import_report_t import(const basekit2::path_t& file, const problem_sink_t& sink) const;
+    import_report_t import(const basekit2::path_t& file, const import_context_t& context,
+                           const problem_sink_t& sink) const;
 };
 
 class result_converter_t
 {
 public:
+    // The importers of Valgrind XML and sanitizer reports are registered the
+    // first time a converter (or the registry) is used.
     result_converter_t();
 
     // Extensions of the registered importers, in registration order, without
@@ -47,6 +81,9 @@ public:
     // can_import accepts the file's first bytes. Null when none does.
     std::shared_ptr<const result_importer_t> find_importer(const basekit2::path_t& file) const;
     std::vector<std::shared_ptr<const result_importer_t>> importers() const;
+
+    // How many leading bytes of a file find_importer shows to can_import.
+    static constexpr std::size_t head_size = 64 * 1024;
 
     // Adds an importer to the process-wide registry.
     static void register_importer(std::shared_ptr<const result_importer_t> importer);

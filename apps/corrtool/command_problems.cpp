@@ -1,0 +1,117 @@
+// corrtool problems DIR [--json]
+#include "arguments.h"
+#include "command.h"
+#include "text.h"
+
+#include "corr_engine/engine.h"
+
+#include <nlohmann/json.hpp>
+
+#include <ostream>
+
+namespace corrtool {
+namespace {
+
+using nlohmann::json;
+
+json frame_json(const probstore3::frame_t& f)
+{
+    return json{{"module", f.module},
+                {"function", f.function},
+                {"source", f.source},
+                {"line", f.line == probstore3::no_line ? json(nullptr) : json(f.line)}};
+}
+
+json problem_json(const probstore3::problem_t& p)
+{
+    json stacks = json::array(), titles = json::array();
+    for (const auto& s : p.stacks) {
+        json frames = json::array();
+        for (const auto& f : s.frames)
+            frames.push_back(frame_json(f));
+        stacks.push_back(std::move(frames));
+        titles.push_back(s.title);
+    }
+    return json{{"id", p.id},
+                {"tool", p.tool},
+                {"kind", p.kind},
+                {"type", p.type},
+                {"description", p.description},
+                {"aux", p.aux},
+                {"stacks", std::move(stacks)},
+                {"stack_titles", std::move(titles)},
+                {"best_level", p.best_level},
+                {"leaked_bytes", p.leaked_bytes},
+                {"leaked_blocks", p.leaked_blocks},
+                {"suppressed_by", nullptr}};
+}
+
+void print_text(const probstore3::problem_t& p, std::ostream& out)
+{
+    out << "#" << p.id << " " << p.type << ": " << p.description << "\n";
+    if (const auto* f = p.best_frame()) {
+        out << "    at " << (f->function.empty() ? "???" : f->function);
+        if (!f->source.empty()) {
+            out << " (" << f->source;
+            if (f->line != probstore3::no_line)
+                out << ":" << f->line;
+            out << ")";
+        }
+        if (!f->module.empty())
+            out << " [" << f->module << "]";
+        out << "\n";
+    }
+}
+
+} // namespace
+
+int run_problems(const std::vector<std::string>& args, std::ostream& out, std::ostream& err)
+{
+    const arguments_t a(args, {}, {"json"});
+    if (!a.ok()) {
+        err << "corrtool problems: " << a.error() << "\n";
+        return exit_error;
+    }
+    if (a.positional().size() != 1) {
+        err << "corrtool problems: usage: corrtool problems DIR [--json]\n";
+        return exit_error;
+    }
+    auto engine = corr_engine::engine_t::create();
+    if (!engine->open_result(path_arg(a.positional()[0]))) {
+        err << "corrtool problems: " << utf8(engine->last_error()) << "\n";
+        return exit_error;
+    }
+    const auto problems = engine->get_problems();
+    const auto load = engine->get_load_report();
+    if (!load.ok) {
+        err << "corrtool problems: " << utf8(load.error) << "\n";
+        return exit_error;
+    }
+    json warnings = json::array();
+    for (const auto& f : load.files)
+        for (const auto& w : f.report.warnings)
+            warnings.push_back(utf8(w));
+
+    if (a.has("json")) {
+        json problem_list = json::array();
+        for (const auto& p : *problems)
+            problem_list.push_back(problem_json(p));
+        const json doc{{"format", 1},
+                       {"result", utf8(engine->get_result_name())},
+                       {"marker", utf8(engine->get_marker_file().str())},
+                       {"warnings", warnings},
+                       {"problems", std::move(problem_list)}};
+        // Text from the analysers is not guaranteed UTF-8; bad bytes become U+FFFD.
+        out << doc.dump(2, ' ', false, json::error_handler_t::replace) << "\n";
+        return exit_ok;
+    }
+    for (const auto& w : warnings)
+        err << "warning: " << w.get<std::string>() << "\n";
+    for (const auto& p : *problems)
+        print_text(p, out);
+    out << problems->size() << (problems->size() == 1 ? " problem" : " problems") << " in \""
+        << utf8(engine->get_result_name()) << "\"\n";
+    return exit_ok;
+}
+
+} // namespace corrtool

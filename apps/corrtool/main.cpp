@@ -1,0 +1,76 @@
+// corrtool: imports analyser output into results and lists their problems.
+#include "command.h"
+
+#include <cstring>
+#include <iostream>
+
+namespace {
+
+void print_help(std::ostream& out)
+{
+    out << "Usage: corrtool <command> [arguments]\n\n"
+           "Imports Valgrind XML and sanitizer reports into result folders and lists\n"
+           "their problems.\n\nCommands:\n";
+    for (const auto& c : corrtool::commands())
+        out << "  " << c.usage << "\n      " << c.summary << "\n";
+    out << "\n\"corrtool help <command>\" tells more about one command.\n"
+           "Exit status: 0 done, 1 a check found something, 2 bad input or usage.\n";
+}
+
+const corrtool::command_t* find_command(const std::string& name)
+{
+    for (const auto& c : corrtool::commands())
+        if (name == c.name)
+            return &c;
+    return nullptr;
+}
+
+void print_command_help(const corrtool::command_t& c, std::ostream& out)
+{
+    out << "Usage: corrtool " << c.usage << "\n\n" << c.summary << "\n";
+    if (c.details && *c.details)
+        out << "\n" << c.details;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::ios::sync_with_stdio(false);
+    if (argc < 2) {
+        print_help(std::cerr);
+        return corrtool::exit_error;
+    }
+    const std::string first = argv[1];
+    if (first == "--help" || first == "-h") {
+        print_help(std::cout);
+        return corrtool::exit_ok;
+    }
+    if (first == "help") {
+        if (argc < 3) {
+            print_help(std::cout);
+            return corrtool::exit_ok;
+        }
+        const auto* c = find_command(argv[2]);
+        if (!c) {
+            std::cerr << "corrtool: unknown command \"" << argv[2] << "\"\n";
+            return corrtool::exit_error;
+        }
+        print_command_help(*c, std::cout);
+        return corrtool::exit_ok;
+    }
+    const auto* command = find_command(first);
+    if (!command) {
+        std::cerr << "corrtool: unknown command \"" << first << "\" (see corrtool --help)\n";
+        return corrtool::exit_error;
+    }
+    std::vector<std::string> args(argv + 2, argv + argc);
+    for (const auto& a : args)
+        if (a == "--help" || a == "-h") {
+            print_command_help(*command, std::cout);
+            return corrtool::exit_ok;
+        }
+    const int status = command->run(args, std::cout, std::cerr);
+    std::cout.flush();
+    return status;
+}

@@ -1,0 +1,239 @@
+// corrtool end to end: the real binary on real files in a scratch folder.
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+std::string read_file(const fs::path& p)
+{
+    std::ifstream in(p, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+fs::path sample(const std::string& name)
+{
+    return fs::path(CORR_SAMPLES_DIR) / "recorded" / name;
+}
+
+fs::path test_data(const std::string& name)
+{
+    return fs::path(CORR_TEST_DATA_DIR) / name;
+}
+
+std::string quoted(const fs::path& p)
+{
+    std::string out = "'";
+    for (char c : p.string())
+        out += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return out + "'";
+}
+
+class CorrTool : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        std::random_device rd;
+        m_dir = fs::temp_directory_path() /
+                ("corrtool_test_" + std::to_string(rd()) + std::to_string(rd()));
+        fs::create_directories(m_dir);
+        ASSERT_TRUE(fs::exists(CORRTOOL_PATH));
+    }
+    void TearDown() override
+    {
+        std::error_code ec;
+        fs::remove_all(m_dir, ec);
+    }
+
+    struct run_t
+    {
+        int status;
+        std::string out, err;
+    };
+
+    run_t run(const std::string& args)
+    {
+        const fs::path out = m_dir / "stdout", err = m_dir / "stderr";
+        const std::string command =
+            quoted(CORRTOOL_PATH) + " " + args + " >" + quoted(out) + " 2>" + quoted(err);
+        const int raw = std::system(command.c_str());
+        run_t r{raw, read_file(out), read_file(err)};
+        // std::system gives the shell's wait status.
+        r.status = raw >= 256 ? raw / 256 : raw;
+        fs::remove(out);
+        fs::remove(err);
+        return r;
+    }
+
+    std::map<std::string, std::string> snapshot(const fs::path& dir)
+    {
+        std::map<std::string, std::string> out;
+        for (const auto& e : fs::recursive_directory_iterator(dir))
+            out[fs::relative(e.path(), dir).string()] =
+                e.is_regular_file() ? read_file(e.path()) : "<dir>";
+        return out;
+    }
+
+    fs::path m_dir;
+};
+
+TEST_F(CorrTool, ImportThenListProblemsAsJson)
+{
+    const fs::path result = m_dir / "result";
+    auto r = run("import " + quoted(sample("memcheck_use_after_free.xml")) + " " +
+                 quoted(sample("helgrind_race_counter.xml")) + " --result " + quoted(result) +
+                 " --name demo");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("memcheck_use_after_free.xml as data/memcheck_use_after_free.xml: 1 "
+                         "problem (memcheck)"),
+              std::string::npos)
+        << r.out;
+    EXPECT_NE(r.out.find("helgrind_race_counter.xml: 2 problems (helgrind)"), std::string::npos);
+    EXPECT_TRUE(fs::exists(result / "demo.corr"));
+    EXPECT_TRUE(fs::is_directory(result / "suppressions"));
+
+    r = run("problems " + quoted(result) + " --json");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const json doc = json::parse(r.out);
+    EXPECT_EQ(doc.at("result"), "demo");
+    const auto& problems = doc.at("problems");
+    ASSERT_EQ(problems.size(), 3u);
+    const auto& uaf = problems[0];
+    EXPECT_EQ(uaf.at("id"), 1);
+    EXPECT_EQ(uaf.at("type"), "Invalid read");
+    EXPECT_EQ(uaf.at("description"), "Invalid read of size 1");
+    EXPECT_EQ(uaf.at("best_level"), 0);
+    EXPECT_TRUE(uaf.at("suppressed_by").is_null());
+    ASSERT_EQ(uaf.at("stacks").size(), 3u);
+    const auto& frame = uaf.at("stacks")[1][0];
+    EXPECT_EQ(frame.at("module"), "vgpreload_memcheck-amd64-linux.so");
+    EXPECT_EQ(frame.at("function"), "free");
+    EXPECT_EQ(frame.at("source"), "");
+    EXPECT_TRUE(frame.at("line").is_null());
+    const auto& top = uaf.at("stacks")[0][0];
+    EXPECT_EQ(top.at("source"), "/work/wt-samples/samples/src/mem_use_after_free.c");
+    EXPECT_EQ(top.at("line"), 28);
+    EXPECT_EQ(uaf.at("stack_titles")[2], "Block was alloc'd at");
+    // Quotes and newlines in texts survive the round trip.
+    EXPECT_EQ(problems[1].at("aux")[0],
+              "Address 0x10c030 is 0 bytes inside data symbol \"counter\"");
+    EXPECT_NE(problems[1].at("aux")[1].get<std::string>().find("\n   by 0x1091D1: main"),
+              std::string::npos);
+
+    r = run("problems " + quoted(result / "demo.corr"));
+    ASSERT_EQ(r.status, 0);
+    EXPECT_NE(r.out.find("#3 Data race: Possible data race during write"), std::string::npos)
+        << r.out;
+    EXPECT_NE(r.out.find("3 problems in \"demo\""), std::string::npos);
+}
+
+TEST_F(CorrTool, ExtendingAResultKeepsIdsAndWarnsAboutCutOutput)
+{
+    const fs::path result = m_dir / "r";
+    ASSERT_EQ(
+        run("import " + quoted(sample("asan_leaks.txt")) + " --result " + quoted(result)).status,
+        0);
+    auto r = run("import " + quoted(sample("memcheck_leaks_truncated.xml")) + " " +
+                 quoted(sample("ubsan_multi.txt")) + " --result " + quoted(result));
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.err.find("warning: "), std::string::npos);
+    EXPECT_NE(r.err.find("memcheck_leaks_truncated.xml: the output ends in the middle of an error"),
+              std::string::npos)
+        << r.err;
+    EXPECT_NE(r.out.find("7 problems from 3 files"), std::string::npos) << r.out;
+
+    const json doc = json::parse(run("problems " + quoted(result) + " --json").out);
+    ASSERT_EQ(doc.at("problems").size(), 7u);
+    EXPECT_EQ(doc.at("problems")[1].at("description"), "Direct leak of 10 byte(s) in 1 object(s)");
+    EXPECT_EQ(doc.at("problems")[2].at("id"), 3);
+    EXPECT_EQ(doc.at("problems")[2].at("type"), "Memory leak (definite)");
+    EXPECT_EQ(doc.at("problems")[3].at("type"), "Undefined behavior");
+    EXPECT_EQ(doc.at("warnings").size(), 1u);
+}
+
+TEST_F(CorrTool, BadInputFailsWithStatusTwoAndChangesNothing)
+{
+    const fs::path result = m_dir / "r";
+    ASSERT_EQ(
+        run("import " + quoted(sample("memcheck_overflow.xml")) + " --result " + quoted(result))
+            .status,
+        0);
+    const auto before = snapshot(result);
+
+    const fs::path bad = test_data("valgrind/malformed_not_well_formed.xml");
+    auto r = run("import " + quoted(sample("memcheck_uninit.xml")) + " " + quoted(bad) +
+                 " --result " + quoted(result));
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find(bad.string() + ":60:5: malformed XML: mismatched tag"), std::string::npos)
+        << r.err;
+    EXPECT_EQ(snapshot(result), before);
+
+    r = run("import " + quoted(m_dir / "missing.xml") + " --result " + quoted(result));
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("missing.xml: no such file"), std::string::npos);
+    EXPECT_EQ(snapshot(result), before);
+
+    // Into a new result: no folder is left behind.
+    r = run("import " + quoted(test_data("sanitizer/malformed_garbled_frame_line.txt")) +
+            " --result " + quoted(m_dir / "new"));
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("malformed_garbled_frame_line.txt:5: malformed stack frame"),
+              std::string::npos)
+        << r.err;
+    EXPECT_FALSE(fs::exists(m_dir / "new"));
+    for (const auto& e : fs::directory_iterator(m_dir))
+        EXPECT_EQ(e.path().filename().string().find(".partial"), std::string::npos) << e.path();
+
+    r = run("problems " + quoted(m_dir / "nothing"));
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("nothing: no such result"), std::string::npos) << r.err;
+    EXPECT_TRUE(r.out.empty());
+
+    r = run("import " + quoted(sample("memcheck_uninit.xml")) + " --result " + quoted(result) +
+            " --name other");
+    EXPECT_EQ(r.status, 2);
+    EXPECT_EQ(snapshot(result), before);
+}
+
+TEST_F(CorrTool, JsonStaysValidForBytesThatAreNotUtf8)
+{
+    const fs::path report = m_dir / "odd.log";
+    std::ofstream(report, std::ios::binary)
+        << "/src/a\xff.c:3:7: runtime error: division by zero \"x\\y\"\t\x01\n";
+    ASSERT_EQ(run("import " + quoted(report) + " --result " + quoted(m_dir / "r")).status, 0);
+    const auto r = run("problems " + quoted(m_dir / "r") + " --json");
+    ASSERT_EQ(r.status, 0);
+    const json doc = json::parse(r.out);
+    EXPECT_EQ(doc.at("problems")[0].at("description"), "division by zero \"x\\y\"\t\x01");
+    EXPECT_EQ(doc.at("problems")[0].at("stacks")[0][0].at("source"), "/src/a\xEF\xBF\xBD.c");
+}
+
+TEST_F(CorrTool, HelpAndUsage)
+{
+    auto r = run("--help");
+    EXPECT_EQ(r.status, 0);
+    EXPECT_NE(r.out.find("import FILE... --result DIR"), std::string::npos);
+    EXPECT_NE(r.out.find("problems DIR [--json]"), std::string::npos);
+    r = run("help import");
+    EXPECT_EQ(r.status, 0);
+    EXPECT_NE(r.out.find("--source-dir"), std::string::npos);
+    EXPECT_EQ(run("frobnicate").status, 2);
+    EXPECT_EQ(run("import --result " + quoted(m_dir / "r")).status, 2);
+    EXPECT_EQ(run("problems " + quoted(m_dir) + " --bogus").status, 2);
+    EXPECT_EQ(run("").status, 2);
+}
+
+} // namespace

@@ -1,0 +1,249 @@
+// Result directories: create, open, extend, reload; failures change nothing.
+#include "corr_engine/engine.h"
+#include "test_support.h"
+
+namespace {
+
+using namespace engine_test;
+using basekit2::path_t;
+using corr_engine::engine_t;
+using corr_engine::import_files_report_t;
+
+std::string utf8(const std::wstring& s)
+{
+    return platkit::strings::wide_to_utf8(s);
+}
+
+std::vector<path_t> paths(std::initializer_list<fs::path> files)
+{
+    return std::vector<path_t>(files.begin(), files.end());
+}
+
+TEST(Engine, CreateImportAndReopenRoundTrip)
+{
+    temp_dir_t tmp;
+    const fs::path dir = tmp / "run1";
+    auto engine = engine_t::create();
+    EXPECT_FALSE(engine->has_result());
+    ASSERT_TRUE(engine->create_result(path_t(dir), L"Nightly run")) << utf8(engine->last_error());
+    EXPECT_EQ(engine->get_result_name(), L"Nightly run");
+    EXPECT_EQ(engine->get_marker_file(), path_t(dir / "Nightly run.corr"));
+    EXPECT_TRUE(fs::is_directory(dir / "data"));
+    EXPECT_TRUE(fs::is_directory(dir / "suppressions"));
+    EXPECT_TRUE(engine->get_problems()->empty());
+
+    import_files_report_t report;
+    ASSERT_TRUE(engine->import_files(
+        paths({sample("memcheck_overflow.xml"), sample("asan_use_after_free.txt")}), report))
+        << utf8(report.error);
+    ASSERT_EQ(report.files.size(), 2u);
+    EXPECT_EQ(report.files[0].stored_as, L"memcheck_overflow.xml");
+    EXPECT_EQ(report.files[0].report.problems, 2u);
+    EXPECT_EQ(report.files[1].report.tool, "asan");
+    // Kept byte for byte.
+    EXPECT_EQ(read_file(dir / "data" / "asan_use_after_free.txt"),
+              read_file(sample("asan_use_after_free.txt")));
+
+    const auto first = engine->get_problems();
+    ASSERT_EQ(first->size(), 3u);
+    EXPECT_EQ((*first)[0].id, 1u);
+    EXPECT_EQ((*first)[2].id, 3u);
+    EXPECT_EQ((*first)[2].tool, "asan");
+
+    const auto manifest = engine->get_manifest();
+    EXPECT_EQ(manifest.tool, L"memcheck, asan");
+    EXPECT_EQ(manifest.analysis_type, L"memory");
+    EXPECT_NE(manifest.command.find(L"mem_overflow"), std::wstring::npos);
+    EXPECT_FALSE(manifest.created.empty());
+
+    // Reopen through the folder and through the marker file: same problems.
+    for (const fs::path& where : {dir, dir / "Nightly run.corr"}) {
+        auto again = engine_t::create();
+        ASSERT_TRUE(again->open_result(path_t(where))) << utf8(again->last_error());
+        EXPECT_EQ(again->get_result_name(), L"Nightly run");
+        EXPECT_EQ(again->get_result_dir(), path_t(dir));
+        EXPECT_EQ(again->get_data_files().size(), 2u);
+        const auto reloaded = again->get_problems();
+        ASSERT_EQ(reloaded->size(), first->size());
+        for (size_t i = 0; i < first->size(); ++i) {
+            EXPECT_EQ((*reloaded)[i].id, (*first)[i].id);
+            EXPECT_EQ((*reloaded)[i].stacks, (*first)[i].stacks);
+            EXPECT_EQ((*reloaded)[i].description, (*first)[i].description);
+        }
+    }
+}
+
+TEST(Engine, ExtendingKeepsIdsAndRenamesClashingFiles)
+{
+    temp_dir_t tmp;
+    auto engine = engine_t::create();
+    import_files_report_t report;
+    ASSERT_TRUE(engine->create_result(path_t(tmp / "r"), L"", paths({sample("memcheck_leaks.xml")}),
+                                      {}, report))
+        << utf8(report.error);
+    EXPECT_EQ(engine->get_result_name(), L"r");
+    const auto before = *engine->get_problems();
+    ASSERT_EQ(before.size(), 3u);
+
+    // A second file of the same name, and one with a cut-short output.
+    const fs::path other = tmp / "memcheck_leaks.xml";
+    fs::copy_file(sample("memcheck_use_after_free.xml"), other);
+    ASSERT_TRUE(
+        engine->import_files(paths({other, sample("memcheck_leaks_truncated.xml")}), report));
+    EXPECT_EQ(report.files[0].stored_as, L"memcheck_leaks-2.xml");
+    EXPECT_TRUE(report.files[1].report.truncated);
+    EXPECT_EQ(report.files[1].report.warnings.size(), 1u);
+
+    const auto after = engine->get_problems();
+    ASSERT_EQ(after->size(), 5u);
+    for (size_t i = 0; i < before.size(); ++i)
+        EXPECT_EQ((*after)[i].id, before[i].id);
+    EXPECT_EQ((*after)[3].id, 4u);
+    EXPECT_EQ((*after)[3].kind, "InvalidRead");
+    EXPECT_EQ((*after)[4].id, 5u);
+    // The truncation is reported again when the problems are read back.
+    const auto load = engine->get_load_report();
+    EXPECT_TRUE(load.ok);
+    EXPECT_EQ(load.files.at(2).report.warnings.size(), 1u);
+}
+
+TEST(Engine, FailedImportLeavesTheResultUnchanged)
+{
+    temp_dir_t tmp;
+    auto engine = engine_t::create();
+    import_files_report_t report;
+    const fs::path dir = tmp / "r";
+    ASSERT_TRUE(engine->create_result(path_t(dir), L"r", paths({sample("memcheck_overflow.xml")}),
+                                      {}, report));
+    const auto before = snapshot(dir);
+
+    const fs::path bad[] = {test_data("valgrind/malformed_not_well_formed.xml"),
+                            tmp / "missing.xml",
+                            test_data("sanitizer/malformed_garbled_frame_line.txt"),
+                            sample("memcheck_leaks.txt"), fs::path(CORR_SAMPLES_DIR) / "README.md"};
+    for (const auto& file : bad) {
+        SCOPED_TRACE(file.string());
+        // A good file first: it must not stay behind either.
+        EXPECT_FALSE(
+            engine->import_files(paths({sample("helgrind_race_counter.xml"), file}), report));
+        EXPECT_FALSE(report.ok);
+        EXPECT_NE(report.error.find(path_t(file).str()), std::wstring::npos) << utf8(report.error);
+        EXPECT_EQ(snapshot(dir), before);
+        EXPECT_EQ(engine->get_problems()->size(), 2u);
+    }
+}
+
+TEST(Engine, FailedCreateLeavesNoFolder)
+{
+    temp_dir_t tmp;
+    auto engine = engine_t::create();
+    import_files_report_t report;
+    EXPECT_FALSE(
+        engine->create_result(path_t(tmp / "new"), L"",
+                              paths({sample("memcheck_overflow.xml"),
+                                     test_data("valgrind/malformed_wrong_root_element.xml")}),
+                              {}, report));
+    EXPECT_NE(report.error.find(L"not <valgrindoutput>"), std::wstring::npos);
+    EXPECT_TRUE(fs::is_empty(tmp.path())) << "left: " << fs::directory_iterator(tmp.path())->path();
+    EXPECT_FALSE(engine->has_result());
+
+    // An existing, non-empty folder is not taken over.
+    write_file(tmp / "notes.txt", "mine");
+    EXPECT_FALSE(engine->create_result(path_t(tmp.path()), L"x"));
+    EXPECT_NE(engine->last_error().find(L"already exists"), std::wstring::npos);
+}
+
+TEST(Engine, OpeningSomethingElseSaysWhat)
+{
+    temp_dir_t tmp;
+    auto engine = engine_t::create();
+    EXPECT_FALSE(engine->open_result(path_t(tmp / "nothing")));
+    EXPECT_NE(engine->last_error().find(L"no such result"), std::wstring::npos);
+    EXPECT_FALSE(engine->open_result(path_t(tmp.path())));
+    EXPECT_NE(engine->last_error().find(L"holds no *.corr marker file"), std::wstring::npos);
+    write_file(tmp / "a.corr", "corr-result 1\nname = a\n");
+    write_file(tmp / "b.corr", "corr-result 1\nname = b\n");
+    EXPECT_FALSE(engine->open_result(path_t(tmp.path())));
+    EXPECT_NE(engine->last_error().find(L"several marker files (a.corr, b.corr)"),
+              std::wstring::npos);
+    ASSERT_TRUE(engine->open_result(path_t(tmp / "a.corr")));
+    write_file(tmp / "c.corr", "corr-result 9\n");
+    EXPECT_FALSE(engine->open_result(path_t(tmp / "c.corr")));
+    EXPECT_NE(engine->last_error().find(L"c.corr:1: result format version 9"), std::wstring::npos);
+    EXPECT_EQ(engine->get_result_name(), L"a"); // still the one that opened
+    write_file(tmp / "x.txt", "corr-result 1\n");
+    EXPECT_FALSE(engine->open_result(path_t(tmp / "x.txt")));
+    EXPECT_NE(engine->last_error().find(L"not a result marker file"), std::wstring::npos);
+}
+
+TEST(Engine, SourceDirectoriesAreKeptAndUsed)
+{
+    temp_dir_t tmp;
+    auto engine = engine_t::create();
+    import_files_report_t report;
+    ASSERT_TRUE(engine->create_result(path_t(tmp / "r"), L"r",
+                                      paths({sample("memcheck_libbuggy.xml")}), {}, report));
+    EXPECT_EQ(engine->get_problems()->at(0).best_frame()->function, "summarise");
+    // The recorded paths name the samples' own checkout.
+    fs::create_directories(tmp / "src");
+    ASSERT_TRUE(engine->set_source_dirs({path_t(L"/work/wt-samples/samples/src")}));
+    EXPECT_EQ(engine->get_problems()->at(0).best_frame()->function, "buggy_average");
+    auto again = engine_t::create();
+    ASSERT_TRUE(again->open_result(path_t(tmp / "r")));
+    EXPECT_EQ(again->get_source_dirs(),
+              std::vector<path_t>{path_t(L"/work/wt-samples/samples/src")});
+}
+
+TEST(Engine, TheBundledSampleResultOpensAndMatchesTheRecordings)
+{
+    auto engine = engine_t::create();
+    ASSERT_TRUE(engine->open_result(path_t(fs::path(CORR_SAMPLES_DIR) / "result")))
+        << utf8(engine->last_error());
+    EXPECT_EQ(engine->get_result_name(), L"sample");
+    EXPECT_TRUE(fs::exists(fs::path(CORR_SAMPLES_DIR) / "result" / "suppressions" / ".gitkeep"));
+    const auto manifest = engine->get_manifest();
+    ASSERT_GE(manifest.data_files.size(), 8u);
+    std::uint64_t expected = 0;
+    for (const auto& data : manifest.data_files) {
+        expected += data.problems;
+        // Kept unchanged: each is a byte-for-byte copy of its recording.
+        EXPECT_EQ(read_file(fs::path(CORR_SAMPLES_DIR) / "result" / "data" / data.name),
+                  read_file(sample(utf8(data.name))))
+            << utf8(data.name);
+    }
+    const auto problems = engine->get_problems();
+    EXPECT_EQ(problems->size(), expected);
+    EXPECT_TRUE(engine->get_load_report().ok);
+    for (size_t i = 0; i < problems->size(); ++i)
+        EXPECT_EQ((*problems)[i].id, i + 1);
+}
+
+TEST(Engine, DataFileThatNoLongerReadsIsReportedOnLoad)
+{
+    temp_dir_t tmp;
+    auto engine = engine_t::create();
+    import_files_report_t report;
+    ASSERT_TRUE(
+        engine->create_result(path_t(tmp / "r"), L"r",
+                              paths({sample("memcheck_overflow.xml"), sample("memcheck_uninit.xml"),
+                                     sample("memcheck_double_free.xml")}),
+                              {}, report));
+    const fs::path data = tmp / "r" / "data";
+    write_file(data / "memcheck_overflow.xml",
+               "<valgrindoutput><protocolversion>4</protocolversion><error>");
+    write_file(data / "memcheck_double_free.xml", "<valgrindoutput><protocolversion>4</protocol>");
+    auto again = engine_t::create();
+    ASSERT_TRUE(again->open_result(path_t(tmp / "r")));
+    const auto problems = again->get_problems();
+    // The readable file's problems keep their ids.
+    ASSERT_EQ(problems->size(), 2u);
+    EXPECT_EQ(problems->at(0).id, 3u);
+    const auto load = again->get_load_report();
+    EXPECT_TRUE(load.files.at(0).report.ok); // cut short: a warning
+    EXPECT_TRUE(load.files.at(0).report.truncated);
+    EXPECT_FALSE(load.ok);
+    EXPECT_NE(load.error.find(L"memcheck_double_free.xml:1:"), std::wstring::npos)
+        << utf8(load.error);
+}
+
+} // namespace
