@@ -263,6 +263,11 @@ void suppression_file_t::remove_suppression(const boost::shared_ptr<suppression_
         return;
     auto detached = std::move(it->detached);
     const auto next = m->entries.erase(it);
+    if (next == m->entries.end()) {
+        // Blank lines that only separated the last set from what was above.
+        while (!detached.empty() && is_blank_line(detached.back()))
+            detached.pop_back();
+    }
     merge_detached(std::move(detached), next == m->entries.end() ? m->trailer : next->detached);
     if (rule_set->get_file().get() == this)
         rule_set->set_file({});
