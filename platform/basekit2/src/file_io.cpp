@@ -30,16 +30,26 @@ bool read_file(const path_t& file, std::string& content, std::wstring& error)
         error = describe("cannot open", errno ? errno : ENOENT);
         return false;
     }
+    // The size is a hint (the file may change meanwhile): read one byte
+    // more than expected to see the end, and go on in blocks if it grew.
+    std::string data;
     std::error_code ec;
     const auto size = std::filesystem::file_size(file.fs(), ec);
-    std::string data;
-    if (!ec)
-        data.reserve(static_cast<size_t>(size));
-    data.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    size_t capacity = (ec ? 0 : static_cast<size_t>(size)) + 1;
+    size_t used = 0;
+    for (;;) {
+        data.resize(capacity);
+        in.read(data.data() + used, static_cast<std::streamsize>(capacity - used));
+        used += static_cast<size_t>(in.gcount());
+        if (!in)
+            break;
+        capacity += capacity / 2 + 65536;
+    }
     if (in.bad()) {
         error = describe("cannot read", errno ? errno : EIO);
         return false;
     }
+    data.resize(used);
     content = std::move(data);
     return true;
 }
@@ -78,6 +88,36 @@ private:
     std::string m_path;
 };
 
+bool write_all(int fd, std::string_view content);
+
+// Gathers small pieces into large writes.
+class buffered_writer
+{
+public:
+    explicit buffered_writer(int fd) : m_fd(fd) { m_buffer.reserve(capacity); }
+
+    bool write(std::string_view piece)
+    {
+        if (m_buffer.size() + piece.size() > capacity && !flush())
+            return false;
+        if (piece.size() >= capacity)
+            return write_all(m_fd, piece);
+        m_buffer.append(piece);
+        return true;
+    }
+    bool flush()
+    {
+        const bool ok = write_all(m_fd, m_buffer);
+        m_buffer.clear();
+        return ok;
+    }
+
+private:
+    static constexpr size_t capacity = 1 << 20;
+    int m_fd;
+    std::string m_buffer;
+};
+
 bool write_all(int fd, std::string_view content)
 {
     while (!content.empty()) {
@@ -95,6 +135,12 @@ bool write_all(int fd, std::string_view content)
 } // namespace
 
 write_error write_file_atomically(const path_t& file, std::string_view content, std::wstring& error)
+{
+    return write_file_atomically(file, std::vector<std::string_view>{content}, error);
+}
+
+write_error write_file_atomically(const path_t& file, const std::vector<std::string_view>& pieces,
+                                  std::wstring& error)
 {
     const std::filesystem::path target = file.fs();
     std::filesystem::path dir = target.parent_path();
@@ -121,7 +167,14 @@ write_error write_file_atomically(const path_t& file, std::string_view content, 
         error = describe("cannot set the permissions of the temporary file", errno);
         return write_error::create_temporary;
     }
-    if (!write_all(tmp.fd(), content)) {
+    buffered_writer out(tmp.fd());
+    for (const auto piece : pieces) {
+        if (!out.write(piece)) {
+            error = describe("cannot write", errno);
+            return write_error::write;
+        }
+    }
+    if (!out.flush()) {
         error = describe("cannot write", errno);
         return write_error::write;
     }
@@ -151,6 +204,12 @@ write_error write_file_atomically(const path_t& file, std::string_view content, 
 
 write_error write_file_atomically(const path_t& file, std::string_view content, std::wstring& error)
 {
+    return write_file_atomically(file, std::vector<std::string_view>{content}, error);
+}
+
+write_error write_file_atomically(const path_t& file, const std::vector<std::string_view>& pieces,
+                                  std::wstring& error)
+{
     const std::filesystem::path target = file.fs();
     std::filesystem::path tmp = target;
     tmp += L".tmp";
@@ -160,7 +219,8 @@ write_error write_file_atomically(const path_t& file, std::string_view content, 
             error = L"cannot create a temporary file in the folder";
             return write_error::create_temporary;
         }
-        out.write(content.data(), static_cast<std::streamsize>(content.size()));
+        for (const auto piece : pieces)
+            out.write(piece.data(), static_cast<std::streamsize>(piece.size()));
         out.flush();
         if (!out) {
             std::error_code ec;

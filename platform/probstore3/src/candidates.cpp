@@ -41,7 +41,7 @@ rule_set_ptr create_candidate_rule_set(const std::vector<const problem_t*>& prob
     for (const problem_t* p : problems)
         if (p)
             rules.push_back(create_rule(*p));
-    set->set_rules(rules);
+    set->set_rules(std::move(rules));
     set->set_type(srt_best_location);
     return set;
 }

@@ -9,7 +9,9 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <deque>
 #include <filesystem>
+#include <unordered_set>
 
 namespace probstore3 {
 
@@ -28,6 +30,7 @@ struct entry_t
     size_t text_begin = 0;             // the block in state::source
     size_t text_end = 0;
     bool has_source = false;
+    std::uint64_t text_time = 0; // the rule data had not changed since this time when the text was made
 };
 
 struct placement_t
@@ -35,15 +38,8 @@ struct placement_t
     size_t begin = 0;
     size_t end = 0;
     bool canonical = false;
+    std::uint64_t time = 0;
 };
-
-void append_lines(std::string& out, const std::vector<std::string>& lines)
-{
-    for (const auto& l : lines) {
-        out += l;
-        out += '\n';
-    }
-}
 
 bool is_blank_line(const std::string& line) { return line.find_first_not_of(" \t") == std::string::npos; }
 
@@ -57,23 +53,15 @@ void write_canonical(std::string& out, const std::string& name, suppression_rule
     format_writer_t::write_rule_set(out, name, type, pointers);
 }
 
-// Whether the original text of a block still says what canonical says:
-// then the original is written back unchanged, whatever its layout.
+// A touched block whose text is still exactly the canonical one (say, a
+// change that was undone) keeps its text; any other touched block is
+// written in the canonical layout.
 bool block_unchanged(std::string_view original, const std::string& canonical)
 {
-    std::string_view o = original;
-    if (o == canonical)
+    if (original == canonical)
         return true;
-    if (!o.empty() && o.back() != '\n' && canonical.size() == o.size() + 1 &&
-        canonical.compare(0, o.size(), o) == 0)
-        return true;
-    parsed_rule_set_t parsed;
-    parse_error_t error;
-    if (!format_reader_t().read_block(o, parsed, error))
-        return false;
-    std::string again;
-    write_canonical(again, parsed.name, parsed.type, parsed.rules);
-    return again == canonical;
+    return !original.empty() && original.back() != '\n' && canonical.size() == original.size() + 1 &&
+           canonical.compare(0, original.size(), original) == 0;
 }
 
 bool same_path(const std::wstring& a, const std::wstring& b)
@@ -95,6 +83,62 @@ void merge_detached(std::vector<std::string> removed, std::vector<std::string>& 
     into.insert(into.begin(), removed.begin(), removed.end());
 }
 
+// The text of a file in pieces, so that a save does not copy what it keeps.
+class output_t
+{
+public:
+    void add(std::string_view piece)
+    {
+        m_pieces.push_back(piece);
+        m_size += piece.size();
+    }
+    void add_line(std::string_view line)
+    {
+        add(line);
+        add("\n");
+    }
+    void add_lines(const std::vector<std::string>& lines)
+    {
+        for (const auto& l : lines)
+            add_line(l);
+    }
+    // Keeps a string alive for as long as the output.
+    std::string_view own(std::string text)
+    {
+        m_owned.push_back(std::move(text));
+        return m_owned.back();
+    }
+
+    size_t size() const { return m_size; }
+    const std::vector<std::string_view>& pieces() const { return m_pieces; }
+
+    bool equals(std::string_view text) const
+    {
+        if (text.size() != m_size)
+            return false;
+        size_t at = 0;
+        for (const auto piece : m_pieces) {
+            if (text.compare(at, piece.size(), piece) != 0)
+                return false;
+            at += piece.size();
+        }
+        return true;
+    }
+    std::string join() const
+    {
+        std::string text;
+        text.reserve(m_size);
+        for (const auto piece : m_pieces)
+            text.append(piece);
+        return text;
+    }
+
+private:
+    std::vector<std::string_view> m_pieces;
+    std::deque<std::string> m_owned;
+    size_t m_size = 0;
+};
+
 } // namespace
 
 struct suppression_file_t::state
@@ -104,6 +148,7 @@ struct suppression_file_t::state
     std::string header;
     std::string source; // the text last read or written; entries point into it
     std::vector<entry_t> entries;
+    std::unordered_set<const suppression_rule_set_t*> members; // the sets of entries, for a quick "is it here"
     std::vector<std::string> trailer;
     rule_sets_t saved;
     std::wstring last_error;
@@ -114,42 +159,52 @@ struct suppression_file_t::state
         return std::find_if(entries.begin(), entries.end(), [&](const entry_t& e) { return e.set == set; });
     }
 
-    std::string render(std::vector<placement_t>* where) const
+    // The text of the file as pieces: slices of the source for what is
+    // kept, strings of its own for the rest. where receives the place of
+    // each block in the output.
+    void render(output_t& out, std::vector<placement_t>& where) const
     {
-        std::string out;
-        out.reserve(source.size() + 256);
-        out += format == sff_current && !header.empty() ? header : format_writer_t::header_line(sff_current);
-        out += '\n';
+        const std::uint64_t now = current_change_stamp();
+        where.clear();
+        where.reserve(entries.size());
+        out.add_line(format == sff_current && !header.empty() ? std::string_view(header)
+                                                              : out.own(format_writer_t::header_line(sff_current)));
         std::string canonical;
         for (const auto& e : entries) {
-            append_lines(out, e.detached);
-            append_lines(out, e.attached);
-            canonical.clear();
-            write_canonical(canonical, e.set->get_name_utf8(), e.set->get_type(), e.set->get_rules());
+            out.add_lines(e.detached);
+            out.add_lines(e.attached);
             bool keep = false;
+            bool written = false;
             std::string_view original;
             if (e.has_source && format == sff_current) {
                 original = std::string_view(source).substr(e.text_begin, e.text_end - e.text_begin);
-                keep = block_unchanged(original, canonical);
+                // Untouched since its text was made: no need to compare contents.
+                keep = e.set->last_change_with_rules() <= e.text_time;
+            }
+            if (!keep) {
+                canonical.clear();
+                write_canonical(canonical, e.set->get_name_utf8(), e.set->get_type(), e.set->get_rules());
+                written = true;
+                keep = !original.empty() && block_unchanged(original, canonical);
             }
             placement_t p;
             if (keep) {
                 p.begin = out.size();
-                out += original;
+                out.add(original);
                 if (original.empty() || original.back() != '\n')
-                    out += '\n';
+                    out.add("\n");
             } else {
-                append_lines(out, e.inner);
+                out.add_lines(e.inner);
                 p.begin = out.size();
-                out += canonical;
-                p.canonical = true;
+                out.add(out.own(std::move(canonical)));
+                canonical = std::string();
+                p.canonical = written;
             }
             p.end = out.size();
-            if (where)
-                where->push_back(p);
+            p.time = now;
+            where.push_back(p);
         }
-        append_lines(out, trailer);
-        return out;
+        out.add_lines(trailer);
     }
 };
 
@@ -191,7 +246,7 @@ suppfmt_errdef suppression_file_t::load(const std::wstring& path)
         rules.reserve(p.rules.size());
         for (auto& r : p.rules)
             rules.push_back(platkit::memory::pointers::static_pointer_cast<suppression_rule_t>(r));
-        e.set->set_rules(rules);
+        e.set->set_rules(std::move(rules));
         e.detached = std::move(p.detached);
         e.attached = std::move(p.attached);
         e.inner = std::move(p.inner);
@@ -200,12 +255,19 @@ suppfmt_errdef suppression_file_t::load(const std::wstring& path)
         e.has_source = true;
         entries.push_back(std::move(e));
     }
+    // Everything made so far is what the text says.
+    const std::uint64_t now = current_change_stamp();
+    for (auto& e : entries)
+        e.text_time = now;
 
     m->path = path;
     m->format = parsed.format;
     m->header = std::move(parsed.header);
     m->source = std::move(text);
     m->entries = std::move(entries);
+    m->members.clear();
+    for (const auto& e : m->entries)
+        m->members.insert(e.set.get());
     m->trailer = std::move(parsed.trailer);
     m->last_error.clear();
     m->last_parse_error = {};
@@ -240,7 +302,7 @@ void suppression_file_t::add_suppression(const boost::shared_ptr<suppression_rul
     if (!rule_set)
         return;
     rule_set->set_file(weak_from_this());
-    if (m->find(rule_set) != m->entries.end())
+    if (!m->members.insert(rule_set.get()).second)
         return;
     entry_t e;
     e.set = rule_set;
@@ -258,9 +320,10 @@ void suppression_file_t::add_suppression(const boost::shared_ptr<suppression_rul
 
 void suppression_file_t::remove_suppression(const boost::shared_ptr<suppression_rule_set_t>& rule_set)
 {
-    const auto it = m->find(rule_set);
-    if (it == m->entries.end())
+    if (!rule_set || m->members.count(rule_set.get()) == 0)
         return;
+    const auto it = m->find(rule_set);
+    m->members.erase(rule_set.get());
     auto detached = std::move(it->detached);
     const auto next = m->entries.erase(it);
     if (next == m->entries.end()) {
@@ -283,7 +346,13 @@ void suppression_file_t::resync_suppressions()
     }
 }
 
-std::string suppression_file_t::to_text() const { return m->render(nullptr); }
+std::string suppression_file_t::to_text() const
+{
+    output_t out;
+    std::vector<placement_t> where;
+    m->render(out, where);
+    return out.join();
+}
 
 suppfmt_errdef suppression_file_t::save(const std::wstring& path, suppression_file_format_t format)
 {
@@ -300,10 +369,11 @@ suppfmt_errdef suppression_file_t::save(const std::wstring& path, suppression_fi
         if (e.set->get_rules().empty())
             return fail(se_empty_rule_set, L"\"" + e.set->get_name() + L"\"");
 
+    output_t out;
     std::vector<placement_t> placements;
-    std::string text = m->render(&placements);
+    m->render(out, placements);
     std::wstring io_error;
-    switch (basekit2::write_file_atomically(basekit2::path_t(path), text, io_error)) {
+    switch (basekit2::write_file_atomically(basekit2::path_t(path), out.pieces(), io_error)) {
     case basekit2::write_error::none:
         break;
     case basekit2::write_error::create_temporary:
@@ -323,7 +393,9 @@ suppfmt_errdef suppression_file_t::save(const std::wstring& path, suppression_fi
     if (m->format != sff_current)
         m->header = format_writer_t::header_line(sff_current);
     m->format = sff_current;
-    m->source = std::move(text);
+    // Usually nothing changed and the source is already the text written.
+    if (!out.equals(m->source))
+        m->source = out.join();
     for (size_t i = 0; i < m->entries.size(); ++i) {
         auto& e = m->entries[i];
         if (placements[i].canonical) {
@@ -332,6 +404,7 @@ suppfmt_errdef suppression_file_t::save(const std::wstring& path, suppression_fi
         }
         e.text_begin = placements[i].begin;
         e.text_end = placements[i].end;
+        e.text_time = placements[i].time;
         e.has_source = true;
     }
     return se_success;

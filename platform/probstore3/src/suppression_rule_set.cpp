@@ -4,6 +4,8 @@
 
 #include "platkit/strings/convert.h"
 
+#include <algorithm>
+
 namespace probstore3 {
 
 suppression_rule_set_t::suppression_rule_set_t(const std::wstring& name, rules_t rules) : m_rules(std::move(rules))
@@ -16,6 +18,15 @@ std::wstring suppression_rule_set_t::get_name() const { return platkit::strings:
 void suppression_rule_set_t::set_name(const std::wstring& name)
 {
     set_name_utf8(platkit::strings::wide_to_utf8(name));
+}
+
+std::uint64_t suppression_rule_set_t::last_change_with_rules() const
+{
+    std::uint64_t latest = last_change();
+    for (const auto& rule : m_rules)
+        if (rule)
+            latest = std::max(latest, rule->last_change_with_items());
+    return latest;
 }
 
 std::wstring suppression_rule_set_t::get_file_path() const

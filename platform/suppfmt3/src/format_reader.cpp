@@ -73,13 +73,6 @@ void assign_trivia(std::vector<std::string>& pending, parsed_rule_set_t& set)
     pending.clear();
 }
 
-void check_control_characters(std::string_view line)
-{
-    for (const char c : line)
-        if (static_cast<unsigned char>(c) < 0x20 && c != '\t')
-            fail("control character in the line");
-}
-
 // State of one block while its lines are read; shared by both formats.
 struct block_state
 {
@@ -161,6 +154,7 @@ private:
     bool finish(line_scanner& s)
     {
         expect_end(s, "'end'");
+        commit_frames();
         if (m_block->set.rules.empty())
             fail("the suppression started on line " + std::to_string(m_block->start_line) + " has no rule");
         m_done = std::move(m_block->set);
@@ -184,6 +178,7 @@ private:
     void rule(line_scanner& s)
     {
         expect_end(s, "'rule'");
+        commit_frames();
         auto rule = m_factory ? m_factory() : shared_pointer<suppression_rule_t>(new suppression_rule_t);
         m_block->set.rules.push_back(rule);
         m_block->rule = rule;
@@ -292,14 +287,14 @@ private:
             f.line = line_value(lw);
         }
         expect_end(s, "the frame");
-        auto& stack = *m_block->stack;
         if (best) {
             if (m_block->best_seen)
                 fail("two frames of one stack are marked 'best'");
             m_block->best_seen = true;
-            stack.set_best_level(static_cast<int>(stack.size()));
+            m_block->stack->set_best_level(static_cast<int>(m_frames.size()));
         }
-        stack.add_frame(std::move(f), !elided);
+        m_frames.push_back(std::move(f));
+        m_frame_active.push_back(!elided);
     }
 
     static void expect_key(std::string_view w, const char* key)
@@ -314,9 +309,23 @@ private:
             fail("unexpected text after " + after + ": " + quote_word(s.rest()));
     }
 
+    // Hands the frames read so far to the rule's stack. They are collected
+    // here first so that the stack's own vector is allocated once, at size.
+    void commit_frames()
+    {
+        if (m_block->stack && !m_frames.empty())
+            m_block->stack->assign(
+                callstack_t(std::make_move_iterator(m_frames.begin()), std::make_move_iterator(m_frames.end())),
+                m_frame_active);
+        m_frames.clear();
+        m_frame_active.clear();
+    }
+
     const rule_factory_t& m_factory;
     std::optional<block_state> m_block;
     parsed_rule_set_t m_done;
+    callstack_t m_frames;
+    std::vector<bool> m_frame_active;
 };
 
 // Version 1: "keyword value" lines with the value running to the end of the
@@ -443,7 +452,6 @@ void read_body(Parser& parser, line_splitter& lines, size_t base, parsed_file_t&
     std::string_view line;
     size_t begin = 0, end = 0;
     while (lines.next(line, begin, end)) {
-        check_control_characters(line);
         if (syntax::is_blank_line(line) || syntax::is_comment_line(line)) {
             if (parser.in_block()) {
                 if (syntax::is_comment_line(line))
@@ -473,12 +481,15 @@ format_reader_t::format_reader_t(rule_factory_t factory) : m_factory(std::move(f
 bool format_reader_t::read(std::string_view text, parsed_file_t& out, parse_error_t& error) const
 {
     out = parsed_file_t{};
-    const size_t bad = syntax::find_invalid_utf8(text);
-    if (bad != std::string_view::npos) {
+    const auto fault = syntax::find_text_fault(text);
+    if (fault.kind != syntax::text_fault::none) {
         size_t line = 1;
-        for (size_t i = 0; i < bad; ++i)
+        for (size_t i = 0; i < fault.offset; ++i)
             line += text[i] == '\n';
-        error = {se_parse_error, line, "the text is not valid UTF-8"};
+        error = {se_parse_error, line,
+                 fault.kind == syntax::text_fault::invalid_utf8
+                     ? "the text is not valid UTF-8"
+                     : "control character in the line (write it in a string as an escape sequence)"};
         return false;
     }
     size_t base = 0;

@@ -40,7 +40,9 @@ void write_value_item(std::string& out, const char* key, const suppression_rule_
         return;
     out += "    ";
     out += key;
-    const std::string value = item->get_text();
+    const auto* value_item = dynamic_cast<const value_item_t*>(item.get());
+    const std::string text = value_item ? std::string() : item->get_text();
+    const std::string& value = value_item ? value_item->get_value() : text;
     if (!item->is_active()) {
         out += " any";
         if (!value.empty()) {

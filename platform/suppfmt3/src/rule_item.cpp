@@ -94,12 +94,23 @@ void stack_item_t::add_frame(callstack_frame_t frame, bool active)
 {
     m_frames.push_back(std::move(frame));
     m_frame_active.push_back(active);
+    touch();
+}
+
+void stack_item_t::assign(callstack_t frames, std::vector<bool> active)
+{
+    m_frames = std::move(frames);
+    m_frame_active = std::move(active);
+    m_frame_active.resize(m_frames.size(), true);
+    touch();
 }
 
 void stack_item_t::set_frame_active(size_t i, bool on)
 {
-    if (i < m_frame_active.size())
+    if (i < m_frame_active.size()) {
         m_frame_active[i] = on;
+        touch();
+    }
 }
 
 bool stack_item_t::is_best_location() const
@@ -119,6 +130,7 @@ void stack_item_t::normalize()
             f.line_active = false;
     if (m_best_level < -1 || m_best_level >= static_cast<int>(m_frames.size()))
         m_best_level = -1;
+    touch();
 }
 
 std::string stack_item_t::get_text() const

@@ -29,15 +29,19 @@ void suppression_rule_t::set_item(item_ptr item)
     if (!item)
         return;
     const int s = slot(item->get_datatype());
-    if (s >= 0)
+    if (s >= 0) {
         m_items[static_cast<size_t>(s)] = std::move(item);
+        touch();
+    }
 }
 
 void suppression_rule_t::remove_item(suppfmt_datatype type)
 {
     const int s = slot(type);
-    if (s >= 0)
+    if (s >= 0 && m_items[static_cast<size_t>(s)]) {
         m_items[static_cast<size_t>(s)].reset();
+        touch();
+    }
 }
 
 shared_pointer<stack_item_t> suppression_rule_t::get_stack_item() const
@@ -148,6 +152,16 @@ void suppression_rule_t::copy_items_from(const suppression_rule_t& other)
 {
     for (size_t i = 0; i < m_items.size(); ++i)
         m_items[i] = other.m_items[i] ? other.m_items[i]->clone() : item_ptr();
+    touch();
+}
+
+std::uint64_t suppression_rule_t::last_change_with_items() const
+{
+    std::uint64_t latest = last_change();
+    for (const auto& item : m_items)
+        if (item && item->last_change() > latest)
+            latest = item->last_change();
+    return latest;
 }
 
 } // namespace suppfmt3

@@ -1,5 +1,7 @@
 #include "text_syntax.h"
 
+#include <cstring>
+
 namespace suppfmt3::syntax {
 namespace {
 
@@ -18,14 +20,28 @@ int hex_value(char c)
 
 } // namespace
 
-size_t find_invalid_utf8(std::string_view text)
+text_fault find_text_fault(std::string_view text)
 {
     const auto* s = reinterpret_cast<const unsigned char*>(text.data());
     const size_t n = text.size();
     size_t i = 0;
     while (i < n) {
+        // Most text is printable ASCII: skip it eight bytes at a time. A
+        // block with a high bit or a byte below 0x20 is looked at bytewise.
+        while (i + 8 <= n) {
+            std::uint64_t block;
+            std::memcpy(&block, s + i, 8);
+            const std::uint64_t below_space = (block - 0x2020202020202020ull) & ~block & 0x8080808080808080ull;
+            if ((block & 0x8080808080808080ull) || below_space)
+                break;
+            i += 8;
+        }
+        if (i >= n)
+            break;
         const unsigned char c = s[i];
         if (c < 0x80) {
+            if (c < 0x20 && c != '\t' && c != '\n' && !(c == '\r' && i + 1 < n && s[i + 1] == '\n'))
+                return {text_fault::control_character, i};
             ++i;
             continue;
         }
@@ -41,31 +57,36 @@ size_t find_invalid_utf8(std::string_view text)
             len = 4;
             cp = c & 0x07;
         } else {
-            return i;
+            return {text_fault::invalid_utf8, i};
         }
         if (i + len > n)
-            return i;
+            return {text_fault::invalid_utf8, i};
         for (size_t k = 1; k < len; ++k) {
             if ((s[i + k] & 0xC0) != 0x80)
-                return i;
+                return {text_fault::invalid_utf8, i};
             cp = (cp << 6) | (s[i + k] & 0x3F);
         }
         // Overlong forms, surrogates and values beyond Unicode are not UTF-8.
         const std::uint32_t min_cp = len == 2 ? 0x80 : len == 3 ? 0x800 : 0x10000;
         if (cp < min_cp || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF))
-            return i;
+            return {text_fault::invalid_utf8, i};
         i += len;
     }
-    return std::string_view::npos;
+    return {};
 }
 
 void append_quoted(std::string& out, std::string_view value)
 {
     static const char digits[] = "0123456789abcdef";
     out += '"';
-    for (const char ch : value) {
-        const auto c = static_cast<unsigned char>(ch);
-        switch (ch) {
+    size_t run = 0; // start of the characters not yet appended
+    for (size_t i = 0; i < value.size(); ++i) {
+        const auto c = static_cast<unsigned char>(value[i]);
+        if (c >= 0x20 && c != '"' && c != '\\' && c != 0x7F)
+            continue;
+        out.append(value.data() + run, i - run);
+        run = i + 1;
+        switch (c) {
         case '"':
             out += "\\\"";
             break;
@@ -82,15 +103,12 @@ void append_quoted(std::string& out, std::string_view value)
             out += "\\t";
             break;
         default:
-            if (c < 0x20 || c == 0x7F) {
-                out += "\\x";
-                out += digits[c >> 4];
-                out += digits[c & 0xF];
-            } else {
-                out += ch;
-            }
+            out += "\\x";
+            out += digits[c >> 4];
+            out += digits[c & 0xF];
         }
     }
+    out.append(value.data() + run, value.size() - run);
     out += '"';
 }
 
@@ -141,6 +159,18 @@ bool line_scanner::quoted(std::string& value, std::string& error)
     ++m_pos;
     value.clear();
     while (m_pos < m_line.size()) {
+        // Plain characters are taken as a run up to the next quote or escape.
+        size_t end = m_pos;
+        while (end < m_line.size()) {
+            const char p = m_line[end];
+            if (p == '"' || p == '\\' || (static_cast<unsigned char>(p) < 0x20 && p != '\t'))
+                break;
+            ++end;
+        }
+        value.append(m_line.data() + m_pos, end - m_pos);
+        m_pos = end;
+        if (m_pos >= m_line.size())
+            break;
         const char c = m_line[m_pos++];
         if (c == '"') {
             if (m_pos < m_line.size() && !is_blank(m_line[m_pos])) {

@@ -8,8 +8,15 @@
 
 namespace suppfmt3::syntax {
 
-// Offset of the first byte that is not part of well-formed UTF-8, or npos.
-size_t find_invalid_utf8(std::string_view text);
+// The first place where a text breaks the rules of the file as a whole:
+// a byte that is not part of well-formed UTF-8, or a control character
+// other than tab and the line endings "\n" and "\r\n".
+struct text_fault
+{
+    enum kind_t { none, invalid_utf8, control_character } kind = none;
+    size_t offset = 0;
+};
+text_fault find_text_fault(std::string_view text);
 
 // Appends value in double quotes, escaping '"', '\\' and control characters.
 void append_quoted(std::string& out, std::string_view value);

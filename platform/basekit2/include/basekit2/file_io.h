@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace basekit2 {
 
@@ -19,5 +20,9 @@ bool read_file(const path_t& file, std::string& content, std::wstring& error);
 // says why.
 enum class write_error { none, create_temporary, write, flush, rename };
 write_error write_file_atomically(const path_t& file, std::string_view content, std::wstring& error);
+// The same for content given in pieces, written one after the other; the
+// pieces are not joined in memory first.
+write_error write_file_atomically(const path_t& file, const std::vector<std::string_view>& pieces,
+                                  std::wstring& error);
 
 } // namespace basekit2

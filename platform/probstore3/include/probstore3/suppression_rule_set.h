@@ -24,7 +24,19 @@ public:
     explicit suppression_rule_set_t(const std::wstring& name, rules_t rules = {});
 
     const rules_t& get_rules() const { return m_rules; }
-    void set_rules(const rules_t& rules) { m_rules = rules; }
+    void set_rules(const rules_t& rules)
+    {
+        m_rules = rules;
+        touch();
+    }
+    void set_rules(rules_t&& rules)
+    {
+        m_rules = std::move(rules);
+        touch();
+    }
+
+    // The time of the latest change of the set, its rules or their items.
+    std::uint64_t last_change_with_rules() const;
 
     std::wstring get_name() const;
     void set_name(const std::wstring& name);

@@ -7,6 +7,7 @@
 #include "suppfmt3/suppression_rule.h"
 #include "suppfmt3/suppression_rule_set.h"
 
+#include <deque>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -44,7 +45,7 @@ struct parsed_file_t
 {
     suppression_file_format_t format = sff_unknown;
     std::string header; // the first line as written, without byte-order mark and line ending
-    std::vector<parsed_rule_set_t> rule_sets;
+    std::deque<parsed_rule_set_t> rule_sets;
     std::vector<std::string> trailer; // blank and comment lines after the last rule set
 };
 

@@ -3,6 +3,7 @@
 // location field), a line, or a call stack. Items are shared: a stack view,
 // a grid model and the rule itself may hold the same item, and an edit made
 // through one is seen by all.
+#include "suppfmt3/change_stamp.h"
 #include "suppfmt3/datatype.h"
 
 #include "platkit/memory/pointers/shared_pointer.h"
@@ -51,12 +52,16 @@ void set_frame_field_active(callstack_frame_t& frame, suppfmt_datatype type, boo
 // The field as text; the line in decimal, empty for no line.
 std::string frame_field_text(const callstack_frame_t& frame, suppfmt_datatype type);
 
-class rule_item : public shared_object
+class rule_item : public shared_object, public change_stamped
 {
 public:
     suppfmt_datatype get_datatype() const { return m_type; }
     bool is_active() const { return m_active; }
-    void set_active(bool on) { m_active = on; }
+    void set_active(bool on)
+    {
+        m_active = on;
+        touch();
+    }
 
     // The value as UTF-8 text (a line in decimal; a stack as one frame a line).
     virtual std::string get_text() const = 0;
@@ -79,7 +84,11 @@ public:
     value_item_t(suppfmt_datatype type, std::string value, bool active = true);
 
     const std::string& get_value() const { return m_value; }
-    void set_value(std::string value) { m_value = std::move(value); }
+    void set_value(std::string value)
+    {
+        m_value = std::move(value);
+        touch();
+    }
 
     std::string get_text() const override { return m_value; }
     shared_pointer<rule_item> clone() const override;
@@ -95,7 +104,11 @@ public:
     explicit line_item_t(std::uint64_t line, bool active = true);
 
     std::uint64_t get_line() const { return m_line; }
-    void set_line(std::uint64_t line) { m_line = line; }
+    void set_line(std::uint64_t line)
+    {
+        m_line = line;
+        touch();
+    }
 
     std::string get_text() const override;
     shared_pointer<rule_item> clone() const override;
@@ -117,14 +130,25 @@ public:
     bool empty() const { return m_frames.empty(); }
     const callstack_t& get_callstack() const { return m_frames; }
     const callstack_frame_t& frame(size_t i) const { return m_frames[i]; }
-    callstack_frame_t& frame(size_t i) { return m_frames[i]; }
+    // For editing: counts as a change of the stack.
+    callstack_frame_t& frame(size_t i)
+    {
+        touch();
+        return m_frames[i];
+    }
 
     void add_frame(callstack_frame_t frame, bool active = true);
+    // Replaces every frame; a missing active flag counts as active.
+    void assign(callstack_t frames, std::vector<bool> active);
     bool is_frame_active(size_t i) const { return i < m_frame_active.size() && m_frame_active[i]; }
     void set_frame_active(size_t i, bool on);
 
     int get_best_level() const { return m_best_level; }
-    void set_best_level(int level) { m_best_level = level; }
+    void set_best_level(int level)
+    {
+        m_best_level = level;
+        touch();
+    }
     // Whether exactly the best frame is active: the default selection.
     bool is_best_location() const;
 

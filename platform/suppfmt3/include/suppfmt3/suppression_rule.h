@@ -10,7 +10,7 @@
 
 namespace suppfmt3 {
 
-class suppression_rule_t : public shared_object
+class suppression_rule_t : public shared_object, public change_stamped
 {
 public:
     using callstack_t = suppfmt3::callstack_t;
@@ -52,6 +52,9 @@ public:
 
     // A deep copy with items of its own.
     void copy_items_from(const suppression_rule_t& other);
+
+    // The time of the latest change of the rule or of any of its items.
+    std::uint64_t last_change_with_items() const;
 
 protected:
     ~suppression_rule_t() override = default;

@@ -1,6 +1,8 @@
 #pragma once
 // A suppression: a named set of rules. The store's rule set (probstore3)
 // adds the rules themselves and the file that holds it.
+#include "suppfmt3/change_stamp.h"
+
 #include <string>
 
 namespace suppfmt3 {
@@ -14,17 +16,25 @@ enum suppression_rule_set_type : int
     srt_custom_stack = 2,  // the rules use frames the user chose
 };
 
-class suppression_rule_set_t
+class suppression_rule_set_t : public change_stamped
 {
 public:
     virtual ~suppression_rule_set_t() = default;
 
     suppression_rule_set_type get_type() const { return m_type; }
-    void set_type(suppression_rule_set_type type) { m_type = type; }
+    void set_type(suppression_rule_set_type type)
+    {
+        m_type = type;
+        touch();
+    }
 
     // The name as UTF-8, as the file holds it.
     const std::string& get_name_utf8() const { return m_name; }
-    void set_name_utf8(std::string name) { m_name = std::move(name); }
+    void set_name_utf8(std::string name)
+    {
+        m_name = std::move(name);
+        touch();
+    }
 
 private:
     std::string m_name;
