@@ -65,7 +65,7 @@ void set_stack_item_active(rule_item_ptr item, int frame, suppfmt_datatype type,
     const auto stack = stack_frame_item(item, frame);
     if (!stack)
         return;
-    auto& f = stack->frame(static_cast<size_t>(frame));
+    auto& f = stack->edit_frame(static_cast<size_t>(frame));
     switch (type) {
     case sdt_module:
         f.module_active = on;

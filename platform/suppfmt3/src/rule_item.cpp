@@ -107,7 +107,7 @@ void stack_item_t::assign(callstack_t frames, std::vector<bool> active)
 
 void stack_item_t::set_frame_active(size_t i, bool on)
 {
-    if (i < m_frame_active.size()) {
+    if (i < m_frame_active.size() && m_frame_active[i] != on) {
         m_frame_active[i] = on;
         touch();
     }
@@ -125,12 +125,19 @@ bool stack_item_t::is_best_location() const
 
 void stack_item_t::normalize()
 {
-    for (auto& f : m_frames)
-        if (!f.source_active || !is_concrete_source(f.source))
+    bool changed = false;
+    for (auto& f : m_frames) {
+        if (f.line_active && (!f.source_active || !is_concrete_source(f.source))) {
             f.line_active = false;
-    if (m_best_level < -1 || m_best_level >= static_cast<int>(m_frames.size()))
+            changed = true;
+        }
+    }
+    if (m_best_level < -1 || m_best_level >= static_cast<int>(m_frames.size())) {
         m_best_level = -1;
-    touch();
+        changed = true;
+    }
+    if (changed)
+        touch();
 }
 
 std::string stack_item_t::get_text() const

@@ -86,7 +86,7 @@ void suppression_rule_t::set_item_active(bool on, suppfmt_datatype type)
     if (!stack)
         return;
     for (size_t i = 0; i < stack->size(); ++i) {
-        auto& f = stack->frame(i);
+        auto& f = stack->edit_frame(i);
         if (type == sdt_line) {
             f.line_active = on && f.source_active && is_concrete_source(f.source);
         } else {

@@ -310,3 +310,33 @@ TEST(SupFormat, TruncatedFileReportsTheOpenSuppression)
         << file->get_last_parse_error().reason;
     EXPECT_TRUE(file->get_rulesets(true).empty());
 }
+
+TEST(SupFormat, ReadingRulesIsNotEditingThem)
+{
+    // Grids and dialogs read every field; the hand layout must survive that.
+    const auto source = sup_test::data_dir() / "hand_formatted_v2.sup";
+    const auto file = load(source);
+    ASSERT_TRUE(file);
+    for (const auto& set : file->get_rulesets(true)) {
+        for (const auto& rule : set->get_rules()) {
+            for (auto type : rule_datatypes) {
+                rule->is_item_active(type);
+                rule->get_field_value(type);
+            }
+            const auto stack = rule->get_stack(false);
+            for (int i = 0; stack && i < stack->stack_size(); ++i)
+                for (auto type : frame_datatypes)
+                    stack->get_frame_field_value(i, stack->is_frame_field_active(i, type) ? type : sdt_module);
+            rule->get_stack(true)->normalize(); // a copy
+            rule->convert_to_stack();           // already a stack: nothing to do
+        }
+    }
+    EXPECT_EQ(file->to_text(), read_bytes(source));
+
+    // An edit that is undone leaves canonical text as it was.
+    const auto canonical = load(sup_test::data_dir() / "canonical_v2.sup");
+    const auto rule = canonical->get_rulesets(true)[0]->get_rules()[0];
+    rule->set_item_active(false, sdt_description);
+    rule->set_item_active(true, sdt_description);
+    EXPECT_EQ(canonical->to_text(), read_bytes(sup_test::data_dir() / "canonical_v2.sup"));
+}

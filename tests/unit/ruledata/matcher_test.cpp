@@ -140,14 +140,14 @@ TEST(Matcher, WildcardFieldsAndAspects)
     auto other_preload = write;
     other_preload.stacks[0].frames[1].module = "vgpreload_drd-amd64-linux.so";
     EXPECT_FALSE(matches(rule, other_preload));
-    rule->get_stack_item()->frame(1).module_active = false;
+    rule->get_stack_item()->edit_frame(1).module_active = false;
     EXPECT_TRUE(matches(rule, other_preload));
 
     // Source "*" matches any source even when used.
     auto moved = write;
     moved.stacks[0].frames[0].source = "/elsewhere/thr_race_counter.c";
     EXPECT_FALSE(matches(rule, moved));
-    auto& f = rule->get_stack_item()->frame(0);
+    auto& f = rule->get_stack_item()->edit_frame(0);
     f.source = wildcard_source;
     f.line_active = false;
     EXPECT_TRUE(matches(rule, moved));

@@ -87,7 +87,7 @@ TEST(StackView, EditsThroughOneViewAreSeenByTheRuleAndOtherViews)
     a->set_frame_active(2, true);
     EXPECT_TRUE(b->is_frame_active(2));
     EXPECT_TRUE(rule->get_stack_item()->is_frame_active(2));
-    rule->get_stack_item()->frame(2).function_active = false;
+    rule->get_stack_item()->edit_frame(2).function_active = false;
     EXPECT_FALSE(a->is_frame_field_active(2, sdt_function));
 
     // Out of range: neutral answers, no change.
@@ -102,7 +102,7 @@ TEST(StackView, EditsThroughOneViewAreSeenByTheRuleAndOtherViews)
 TEST(StackView, ReadOnlyStackIsANormalisedCopy)
 {
     const rule_ptr rule = probstore3::create_rule(recorded::use_after_free());
-    auto& frame = rule->get_stack_item()->frame(0);
+    auto& frame = rule->get_stack_item()->edit_frame(0);
     frame.source = wildcard_source;
     frame.line_active = true; // inconsistent: a line in any file
     const auto copy = rule->get_stack(true);
@@ -163,13 +163,13 @@ TEST(RuleItems, ConvertToStackTurnsALocationIntoOneFrame)
 TEST(RuleItems, NormalizeDropsLinesWithoutAConcreteSourceAndBadBestLevels)
 {
     stack_item_t stack(callstack_t(3), 5);
-    stack.frame(0).source = "a.c";
-    stack.frame(0).line_active = true;
-    stack.frame(1).source = "*";
-    stack.frame(1).line_active = true;
-    stack.frame(2).source = "b.c";
-    stack.frame(2).source_active = false;
-    stack.frame(2).line_active = true;
+    stack.edit_frame(0).source = "a.c";
+    stack.edit_frame(0).line_active = true;
+    stack.edit_frame(1).source = "*";
+    stack.edit_frame(1).line_active = true;
+    stack.edit_frame(2).source = "b.c";
+    stack.edit_frame(2).source_active = false;
+    stack.edit_frame(2).line_active = true;
     stack.normalize();
     EXPECT_TRUE(stack.frame(0).line_active);
     EXPECT_FALSE(stack.frame(1).line_active);

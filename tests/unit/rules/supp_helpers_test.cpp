@@ -50,7 +50,7 @@ TEST(StackItemActive, LineGoesWithAConcreteSourceOnly)
 
     helpers::set_stack_item_active(item, 1, sdt_line, true); // empty source (preload object)
     EXPECT_FALSE(stack->is_frame_field_active(1, sdt_line));
-    rule->get_stack_item()->frame(2).source = "*";
+    rule->get_stack_item()->edit_frame(2).source = "*";
     helpers::set_stack_item_active(item, 2, sdt_line, true);
     EXPECT_FALSE(stack->is_frame_field_active(2, sdt_line));
 
@@ -146,7 +146,7 @@ TEST(StackLine, FramesWildcardsAndElidedFrames)
     helpers::set_frame_active(rule, 1, true);
     EXPECT_EQ(create_stack_line(stack, 1), L"vgpreload_helgrind-amd64-linux.so! - :[any line]");
     // A used line that the analyser did not know prints empty: the line ends with ':'.
-    rule->get_stack_item()->frame(2).line = no_line;
+    rule->get_stack_item()->edit_frame(2).line = no_line;
     helpers::set_frame_active(rule, 2, true);
     EXPECT_EQ(create_stack_line(stack, 2), L"libc.so.6!start_thread - ./nptl/./nptl/pthread_create.c:");
     helpers::set_stack_item_active(rule->get_item(sdt_call_stack), 0, sdt_source, false);

@@ -59,8 +59,10 @@ public:
     bool is_active() const { return m_active; }
     void set_active(bool on)
     {
-        m_active = on;
-        touch();
+        if (on != m_active) {
+            m_active = on;
+            touch();
+        }
     }
 
     // The value as UTF-8 text (a line in decimal; a stack as one frame a line).
@@ -86,8 +88,10 @@ public:
     const std::string& get_value() const { return m_value; }
     void set_value(std::string value)
     {
-        m_value = std::move(value);
-        touch();
+        if (value != m_value) {
+            m_value = std::move(value);
+            touch();
+        }
     }
 
     std::string get_text() const override { return m_value; }
@@ -106,8 +110,10 @@ public:
     std::uint64_t get_line() const { return m_line; }
     void set_line(std::uint64_t line)
     {
-        m_line = line;
-        touch();
+        if (line != m_line) {
+            m_line = line;
+            touch();
+        }
     }
 
     std::string get_text() const override;
@@ -130,8 +136,8 @@ public:
     bool empty() const { return m_frames.empty(); }
     const callstack_t& get_callstack() const { return m_frames; }
     const callstack_frame_t& frame(size_t i) const { return m_frames[i]; }
-    // For editing: counts as a change of the stack.
-    callstack_frame_t& frame(size_t i)
+    // A frame to change; counts as a change of the stack.
+    callstack_frame_t& edit_frame(size_t i)
     {
         touch();
         return m_frames[i];
@@ -146,8 +152,10 @@ public:
     int get_best_level() const { return m_best_level; }
     void set_best_level(int level)
     {
-        m_best_level = level;
-        touch();
+        if (level != m_best_level) {
+            m_best_level = level;
+            touch();
+        }
     }
     // Whether exactly the best frame is active: the default selection.
     bool is_best_location() const;

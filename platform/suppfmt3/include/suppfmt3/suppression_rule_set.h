@@ -24,16 +24,20 @@ public:
     suppression_rule_set_type get_type() const { return m_type; }
     void set_type(suppression_rule_set_type type)
     {
-        m_type = type;
-        touch();
+        if (type != m_type) {
+            m_type = type;
+            touch();
+        }
     }
 
     // The name as UTF-8, as the file holds it.
     const std::string& get_name_utf8() const { return m_name; }
     void set_name_utf8(std::string name)
     {
-        m_name = std::move(name);
-        touch();
+        if (name != m_name) {
+            m_name = std::move(name);
+            touch();
+        }
     }
 
 private:
