@@ -41,8 +41,10 @@ bool listing_only(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    // Asked before InitGoogleTest, which takes the gtest flags out of argv.
+    const bool listing = listing_only(argc, argv);
     testing::InitGoogleTest(&argc, argv);
-    if (listing_only(argc, argv))
+    if (listing)
         return RUN_ALL_TESTS(); // test discovery needs no display
 
     wxApp::SetInstance(new test_app);
