@@ -30,6 +30,7 @@ file_list_t filter_files_task_t::get_files_by_mask(const std::wstring& mask, con
                                                    const wxkit1::tasks::ICancellable* cancel)
 {
     file_list_t out;
+    out.reserve(files.size()); // untouched capacity costs address space only; growing costs copies
     for (size_t i = 0; i < files.size(); ++i) {
         if (cancel && i % cancel_check_interval == 0 && cancel->IsCancelled())
             break;
