@@ -98,8 +98,10 @@ public:
     void add(job j)
     {
         std::lock_guard lock(m_mutex);
-        if (m_stopping)
+        if (m_stopping) {
+            j.task->Cancel();
             return;
+        }
         m_jobs.push_back(std::move(j));
         if (!m_thread.joinable())
             m_thread = std::thread([this] { loop(); });
