@@ -47,18 +47,4 @@ BENCHMARK_CAPTURE(filter, exact_leaf, L"file_999999.hpp")->Unit(benchmark::kMill
 
 
 
-namespace {
-void match_only(benchmark::State& state, const wchar_t* mask)
-{
-    const auto& files = paths();
-    for (auto _ : state) {
-        size_t n = 0;
-        for (const auto& f : files)
-            n += f.match(mask);
-        benchmark::DoNotOptimize(n);
-    }
-}
-} // namespace
-BENCHMARK_CAPTURE(match_only, extension, L"*.cpp")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(match_only, substring, L"*zlib*")->Unit(benchmark::kMillisecond);
 BENCHMARK_MAIN();
