@@ -45,6 +45,4 @@ BENCHMARK_CAPTURE(filter, folder_and_name, L"src/*/file_1*")->Unit(benchmark::kM
 BENCHMARK_CAPTURE(filter, substring, L"*zlib*")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(filter, exact_leaf, L"file_999999.hpp")->Unit(benchmark::kMillisecond);
 
-
-
 BENCHMARK_MAIN();
