@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <zip.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -105,8 +106,8 @@ protected:
     {
         static int counter = 0;
         m_root = fs::temp_directory_path() /
-                 ("corr-archiver-test-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "-" +
-                  std::to_string(counter++));
+                 ("corr-archiver-test-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) +
+                  "-" + std::to_string(counter++));
         fs::remove_all(m_root);
         m_result = m_root / "results" / "run1";
         write_file(m_result / "run1.corr", "format=1\nname=run1\n");
