@@ -46,16 +46,18 @@ outcome run(const std::function<void()>& work)
     std::thread worker([&] {
         const auto t0 = clock_type::now();
         work();
-        out.worker_ns_per_report = std::chrono::duration<double, std::nano>(clock_type::now() - t0).count();
+        out.worker_ns_per_report =
+            std::chrono::duration<double, std::nano>(clock_type::now() - t0).count();
         wxTheApp->CallAfter([&] { // behind every CallAfter of a naive bridge
-            struct exit_task final : basekit2::intrusive_pointer_impl_t<wxkit1::tasks::DefaultTaskImpl>
+            struct exit_task final
+                : basekit2::intrusive_pointer_impl_t<wxkit1::tasks::DefaultTaskImpl>
             {
                 wxGUIEventLoop* loop;
                 explicit exit_task(wxGUIEventLoop* l) : loop(l) {}
                 void Run() override { loop->ScheduleExit(); }
             };
-            wxkit1::tasks::Scheduler::Get()->AddDelayedTask(wxkit1::tasks::task_ptr_t(new exit_task(&loop)), 600,
-                                                            L"bench.exit");
+            wxkit1::tasks::Scheduler::Get()->AddDelayedTask(
+                wxkit1::tasks::task_ptr_t(new exit_task(&loop)), 600, L"bench.exit");
         });
     });
     loop.Run();
@@ -108,7 +110,8 @@ int main(int argc, char** argv)
         auto bridge = corr_dialogs2::progress_bridge_t::create();
         std::uint64_t deliveries = 0;
         bridge->status_changed.connect([&](const std::wstring&) { ++deliveries; });
-        const std::wstring texts[2] = {L"Packing data/memcheck.0.xml", L"Packing data/memcheck.1.xml"};
+        const std::wstring texts[2] = {L"Packing data/memcheck.0.xml",
+                                       L"Packing data/memcheck.1.xml"};
         const auto before = scheduler->GetStats().executed;
         outcome o = run([&] {
             for (std::uint64_t i = 0; i < reports; ++i)
@@ -131,17 +134,19 @@ int main(int argc, char** argv)
             const double span_ns = 3e9;
             for (std::uint64_t i = 0; i < reports; ++i) {
                 if (i % 1024 == 0)
-                    while (std::chrono::duration<double, std::nano>(clock_type::now() - t0).count() <
-                           span_ns * double(i) / double(reports))
+                    while (
+                        std::chrono::duration<double, std::nano>(clock_type::now() - t0).count() <
+                        span_ns * double(i) / double(reports))
                         ;
                 bridge->progressed(1);
             }
         });
         o.gui_calls = scheduler->GetStats().executed - before - 1;
         o.deliveries = deliveries;
-        std::printf("%-34s %9llu reports over %.1f s  %9llu GUI calls  %6.2f GUI calls/s per value\n",
-                    "bridge, progressed(1), paced", static_cast<unsigned long long>(reports), o.seconds,
-                    static_cast<unsigned long long>(o.gui_calls), double(o.deliveries) / o.seconds);
+        std::printf(
+            "%-34s %9llu reports over %.1f s  %9llu GUI calls  %6.2f GUI calls/s per value\n",
+            "bridge, progressed(1), paced", static_cast<unsigned long long>(reports), o.seconds,
+            static_cast<unsigned long long>(o.gui_calls), double(o.deliveries) / o.seconds);
     }
     {
         // The naive way: every report becomes a CallAfter. Limited to a

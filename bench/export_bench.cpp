@@ -31,22 +31,26 @@ void generate(const fs::path& result)
     if (fs::exists(result / "bench.corr"))
         return;
     std::mt19937_64 rng(7);
-    const char* fns[] = {"main", "worker_thread", "std::vector<int>::push_back", "malloc", "operator new",
-                         "parse_config", "run_loop", "handle_request"};
+    const char* fns[] = {"main",     "worker_thread", "std::vector<int>::push_back",
+                         "malloc",   "operator new",  "parse_config",
+                         "run_loop", "handle_request"};
     for (int f = 0; f < 6; ++f) {
         std::string xml = "<?xml version=\"1.0\"?>\n<valgrindoutput>\n";
         while (xml.size() < (20u << 20)) {
             xml += "<error>\n  <unique>0x" + std::to_string(rng() % 100000) + "</unique>\n  <tid>" +
-                   std::to_string(rng() % 8) + "</tid>\n  <kind>InvalidRead</kind>\n  <what>Invalid read of size " +
+                   std::to_string(rng() % 8) +
+                   "</tid>\n  <kind>InvalidRead</kind>\n  <what>Invalid read of size " +
                    std::to_string(1 << (rng() % 4)) + "</what>\n  <stack>\n";
             for (int k = 3 + rng() % 9; k > 0; --k)
-                xml += "    <frame><ip>0x" + std::to_string(rng() % (1ull << 40)) + "</ip><obj>/usr/lib/libfoo.so." +
-                       std::to_string(rng() % 5) + "</obj><fn>" + fns[rng() % 8] +
-                       "</fn><dir>/home/me/src</dir><file>file" + std::to_string(rng() % 300) +
-                       ".cpp</file><line>" + std::to_string(rng() % 5000) + "</line></frame>\n";
+                xml += "    <frame><ip>0x" + std::to_string(rng() % (1ull << 40)) +
+                       "</ip><obj>/usr/lib/libfoo.so." + std::to_string(rng() % 5) + "</obj><fn>" +
+                       fns[rng() % 8] + "</fn><dir>/home/me/src</dir><file>file" +
+                       std::to_string(rng() % 300) + ".cpp</file><line>" +
+                       std::to_string(rng() % 5000) + "</line></frame>\n";
             xml += "  </stack>\n</error>\n";
         }
-        write(result / "data" / ("memcheck." + std::to_string(f) + ".xml"), xml + "</valgrindoutput>\n");
+        write(result / "data" / ("memcheck." + std::to_string(f) + ".xml"),
+              xml + "</valgrindoutput>\n");
     }
     for (int f = 0; f < 4; ++f) {
         std::string blob(10u << 20, '\0');
@@ -56,7 +60,8 @@ void generate(const fs::path& result)
         }
         write(result / "data" / ("core." + std::to_string(f) + ".gz"), blob);
     }
-    const char* words[] = {"int", "return", "if", "for", "while", "std::string", "auto", "const", "void", "class"};
+    const char* words[] = {"int",         "return", "if",    "for",  "while",
+                           "std::string", "auto",   "const", "void", "class"};
     for (int f = 0; f < 3000; ++f) {
         std::string src;
         for (int line = 0; line < 250; ++line) {
@@ -69,7 +74,8 @@ void generate(const fs::path& result)
     for (int f = 0; f < 5; ++f) {
         std::string sup = "corr-suppressions 2\n";
         for (int r = 0; r < 1000; ++r)
-            sup += "rule r" + std::to_string(r) + "\n  problem invalid_read\n  frame * ! worker_thread\n";
+            sup += "rule r" + std::to_string(r) +
+                   "\n  problem invalid_read\n  frame * ! worker_thread\n";
         write(result / "suppressions" / ("s" + std::to_string(f) + ".sup"), sup);
     }
     write(result / "bench.corr", "format=1\nname=bench\n");
@@ -129,14 +135,16 @@ double pack(const fs::path& result, const fs::path& out, unsigned threads, std::
 int main(int argc, char** argv)
 {
     const char* tmp = std::getenv("TMPDIR");
-    const fs::path work = argc > 1 ? fs::path(argv[1]) : fs::path(tmp ? tmp : "/tmp") / "corr-export-bench";
+    const fs::path work =
+        argc > 1 ? fs::path(argv[1]) : fs::path(tmp ? tmp : "/tmp") / "corr-export-bench";
     const fs::path result = work / "bench";
     generate(result);
     std::printf("result folder: %s, %.1f MB\n", result.c_str(), folder_size(result) / 1048576.0);
 
     const fs::path zip_out = work / "zip-r.zip";
     fs::remove(zip_out);
-    const std::string cmd = "cd '" + work.string() + "' && zip -q -r -6 '" + zip_out.string() + "' bench";
+    const std::string cmd =
+        "cd '" + work.string() + "' && zip -q -r -6 '" + zip_out.string() + "' bench";
     auto t0 = clock_type::now();
     if (std::system(cmd.c_str()) != 0) {
         std::fprintf(stderr, "zip failed (is it installed?)\n");
@@ -150,8 +158,9 @@ int main(int argc, char** argv)
         std::uintmax_t size = 0;
         const double s = pack(result, work / "archiver.corrz", threads, size);
         std::printf("%-28s %7.2f s %10.2f MB   time %+.0f %%, size %+.2f %%\n",
-                    threads == 1 ? "archiver, one thread" : "archiver, one per core", s, size / 1048576.0,
-                    (s / zip_s - 1) * 100, (double(size) / double(zip_size) - 1) * 100);
+                    threads == 1 ? "archiver, one thread" : "archiver, one per core", s,
+                    size / 1048576.0, (s / zip_s - 1) * 100,
+                    (double(size) / double(zip_size) - 1) * 100);
     }
 
     // Cancel at 30 %: how long until pack returns.
@@ -162,8 +171,10 @@ int main(int argc, char** argv)
         progress.share = 0.3;
         corr_engine::pack_options_t options;
         options.threads = threads;
-        const auto rc = corr_engine::archiver_t::pack({result, {}}, zip, 0, nullptr, &progress, options);
-        const double latency = std::chrono::duration<double>(clock_type::now() - progress.asked).count();
+        const auto rc =
+            corr_engine::archiver_t::pack({result, {}}, zip, 0, nullptr, &progress, options);
+        const double latency =
+            std::chrono::duration<double>(clock_type::now() - progress.asked).count();
         std::printf("cancel at 30 %%, %-14s rc %d, stopped %.0f ms after the request, archive %s\n",
                     threads == 1 ? "one thread:" : "per core:", rc, latency * 1000,
                     fs::exists(work / "cancelled.corrz") ? "LEFT BEHIND" : "removed");

@@ -15,11 +15,12 @@ const file_list_t& paths()
         file_list_t out;
         out.reserve(1000000);
         const wchar_t* roots[] = {L"/home/dev/project/src/", L"/home/dev/project/tests/unit/",
-                                  L"/usr/include/c++/12/bits/", L"/home/dev/project/third_party/zlib/"};
+                                  L"/usr/include/c++/12/bits/",
+                                  L"/home/dev/project/third_party/zlib/"};
         const wchar_t* exts[] = {L".cpp", L".h", L".c", L".hpp", L".inl"};
         for (int i = 0; i < 1000000; ++i)
-            out.emplace_back(std::wstring(roots[i % 4]) + L"module" + std::to_wstring(i % 977) + L"/file_" +
-                             std::to_wstring(i) + exts[(i / 4) % 5]);
+            out.emplace_back(std::wstring(roots[i % 4]) + L"module" + std::to_wstring(i % 977) +
+                             L"/file_" + std::to_wstring(i) + exts[(i / 4) % 5]);
         return out;
     }();
     return list;

@@ -37,8 +37,7 @@ public:
 
     // Applies change to the held value unless the task has taken it to emit
     // already; false then, and the caller schedules a new task.
-    template <class Change>
-    bool update_unless_run(Change&& change)
+    template <class Change> bool update_unless_run(Change&& change)
     {
         std::lock_guard lock(m_mutex);
         if (m_has_run)
@@ -74,13 +73,13 @@ private:
     boost::weak_ptr<const void> m_owner;
 };
 
-template <class T>
-using task_slot_t = basekit2::intrusive_pointer_t<value_update_task_t<T>>;
+template <class T> using task_slot_t = basekit2::intrusive_pointer_t<value_update_task_t<T>>;
 
 // Puts value into the pending task of slot when that has not run yet;
 // otherwise schedules a new delayed task for it. Called under the bridge lock.
 template <class T, class Change>
-void deliver(task_slot_t<T>& slot, const Change& change, const basekit2::_internal::signal_t<T>& signal,
+void deliver(task_slot_t<T>& slot, const Change& change,
+             const basekit2::_internal::signal_t<T>& signal,
              const boost::weak_ptr<const void>& owner, unsigned delay_ms, const wchar_t* name)
 {
     if (slot && slot->update_unless_run(change))
@@ -122,15 +121,17 @@ public:
         const int new_percent = whole_percent(m_position, m_total);
         if (old_percent == new_percent)
             return;
-        deliver(m_pending_percent, [new_percent](int& v) { v = new_percent; }, percent_changed,
-                weak_from_this(), progress_delay_ms, L"progress_bridge.percent");
+        deliver(
+            m_pending_percent, [new_percent](int& v) { v = new_percent; }, percent_changed,
+            weak_from_this(), progress_delay_ms, L"progress_bridge.percent");
     }
 
     void set_status(const std::wstring& text) override
     {
         std::lock_guard lock(m_mutex);
-        deliver(m_pending_text, [&text](std::wstring& v) { v = text; }, status_changed,
-                weak_from_this(), progress_delay_ms, L"progress_bridge.status");
+        deliver(
+            m_pending_text, [&text](std::wstring& v) { v = text; }, status_changed,
+            weak_from_this(), progress_delay_ms, L"progress_bridge.status");
     }
 
     void raise_first() override
@@ -140,7 +141,8 @@ public:
 
     void raise_second() override
     {
-        wxkit1::tasks::PostSignal(notify_second, weak_from_this(), L"progress_bridge.notify_second");
+        wxkit1::tasks::PostSignal(notify_second, weak_from_this(),
+                                  L"progress_bridge.notify_second");
     }
 
     double get_total() const override
@@ -189,8 +191,9 @@ public:
         const message_data_t data{type, text ? std::wstring(text) : std::wstring()};
         message_received(data);
         std::lock_guard lock(m_mutex);
-        deliver(m_pending_batch, [&data](std::list<message_data_t>& batch) { batch.push_back(data); },
-                messages_received, weak_from_this(), messages_delay_ms, L"messenger_bridge.batch");
+        deliver(
+            m_pending_batch, [&data](std::list<message_data_t>& batch) { batch.push_back(data); },
+            messages_received, weak_from_this(), messages_delay_ms, L"messenger_bridge.batch");
     }
 
     ~messenger_bridge_impl_t() override

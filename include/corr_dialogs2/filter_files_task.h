@@ -26,7 +26,8 @@ public:
     // Holds the mask, the input files (shared, never changed: a dialog's
     // list is copied once, not per keystroke) and on_complete, which
     // TaskFinished calls on the GUI thread.
-    filter_files_task_t(std::wstring mask, std::shared_ptr<const file_list_t> files, filter_complete_t on_complete);
+    filter_files_task_t(std::wstring mask, std::shared_ptr<const file_list_t> files,
+                        filter_complete_t on_complete);
     // Same with a copy of files.
     filter_files_task_t(std::wstring mask, const file_list_t& files, filter_complete_t on_complete);
 

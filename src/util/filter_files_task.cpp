@@ -12,7 +12,8 @@ namespace {
 constexpr size_t cancel_check_interval = 4096;
 } // namespace
 
-filter_files_task_t::filter_files_task_t(std::wstring mask, std::shared_ptr<const file_list_t> files,
+filter_files_task_t::filter_files_task_t(std::wstring mask,
+                                         std::shared_ptr<const file_list_t> files,
                                          filter_complete_t on_complete)
     : m_mask(std::move(mask)),
       m_files(files ? std::move(files) : std::make_shared<const file_list_t>()),
@@ -22,11 +23,13 @@ filter_files_task_t::filter_files_task_t(std::wstring mask, std::shared_ptr<cons
 
 filter_files_task_t::filter_files_task_t(std::wstring mask, const file_list_t& files,
                                          filter_complete_t on_complete)
-    : filter_files_task_t(std::move(mask), std::make_shared<const file_list_t>(files), std::move(on_complete))
+    : filter_files_task_t(std::move(mask), std::make_shared<const file_list_t>(files),
+                          std::move(on_complete))
 {
 }
 
-file_list_t filter_files_task_t::get_files_by_mask(const std::wstring& mask, const file_list_t& files,
+file_list_t filter_files_task_t::get_files_by_mask(const std::wstring& mask,
+                                                   const file_list_t& files,
                                                    const wxkit1::tasks::ICancellable* cancel)
 {
     file_list_t out;
@@ -60,7 +63,8 @@ file_list_t filter_files_task_t::get_result() const
     return m_result;
 }
 
-filter_files_runner_t::filter_files_runner_t(const file_list_t& files, filter_complete_t on_complete)
+filter_files_runner_t::filter_files_runner_t(const file_list_t& files,
+                                             filter_complete_t on_complete)
     : m_files(std::make_shared<const file_list_t>(files)), m_on_complete(std::move(on_complete))
 {
 }

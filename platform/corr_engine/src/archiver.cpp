@@ -78,7 +78,9 @@ bool looks_incompressible(const fs::path& file, std::uint64_t size)
 
 bool file_info(const fs::path& file, std::uint64_t& size, std::time_t& mtime)
 {
-    struct stat st{};
+    struct stat st
+    {
+    };
     if (::stat(file.c_str(), &st) != 0 || !S_ISREG(st.st_mode))
         return false;
     size = static_cast<std::uint64_t>(st.st_size);
@@ -153,8 +155,9 @@ struct counting_source_t
             delete self;
             return 0;
         case ZIP_SOURCE_SUPPORTS:
-            return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE,
-                                                  ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE, -1);
+            return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ,
+                                                  ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT,
+                                                  ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE, -1);
         default:
             zip_error_set(&self->error, ZIP_ER_OPNOTSUPP, 0);
             return -1;
@@ -171,8 +174,9 @@ struct counting_source_t
 
 // Adds the entries to z with the given compression; folder entries too.
 // Returns false with a libzip error text.
-bool add_entries(zip_t* z, std::vector<entry_t*>& entries, int level, std::atomic<std::uint64_t>& counter,
-                 failure_t& failure, bool shard_names, std::wstring& error)
+bool add_entries(zip_t* z, std::vector<entry_t*>& entries, int level,
+                 std::atomic<std::uint64_t>& counter, failure_t& failure, bool shard_names,
+                 std::wstring& error)
 {
     for (size_t i = 0; i < entries.size(); ++i) {
         entry_t* e = entries[i];
@@ -194,7 +198,8 @@ bool add_entries(zip_t* z, std::vector<entry_t*>& entries, int level, std::atomi
                     zip_source_free(src);
                 else if (zip_set_file_compression(z, static_cast<zip_uint64_t>(index),
                                                   e->store ? ZIP_CM_STORE : ZIP_CM_DEFLATE,
-                                                  e->store ? 0 : static_cast<zip_uint32_t>(level)) < 0)
+                                                  e->store ? 0 : static_cast<zip_uint32_t>(level)) <
+                         0)
                     index = -1;
             }
         }
@@ -212,7 +217,8 @@ class packer_t
 public:
     packer_t(zip_t* zip, const basekit2::path_t& target, notify2::IMessenger* messenger,
              notify2::IProgress* progress, const pack_options_t& options)
-        : m_zip(zip), m_target(target), m_messenger(messenger), m_progress(progress), m_options(options)
+        : m_zip(zip), m_target(target), m_messenger(messenger), m_progress(progress),
+          m_options(options)
     {
     }
 
@@ -234,12 +240,14 @@ public:
         if (m_progress)
             m_progress->begin(L"Packing " + source.result_dir.leaf(), std::max(1.0, m_total));
 
-        unsigned threads = m_options.threads ? m_options.threads
-                                             : std::min(max_threads, std::thread::hardware_concurrency());
+        unsigned threads = m_options.threads
+                               ? m_options.threads
+                               : std::min(max_threads, std::thread::hardware_concurrency());
         size_t files = 0;
         for (auto& e : m_entries)
             files += e.file.empty() ? 0 : 1;
-        threads = static_cast<unsigned>(std::min<size_t>(std::max(1u, threads), std::max<size_t>(1, files)));
+        threads = static_cast<unsigned>(
+            std::min<size_t>(std::max(1u, threads), std::max<size_t>(1, files)));
         if (m_options.threads == 0 && m_total < static_cast<double>(parallel_threshold))
             threads = 1;
         return threads > 1 ? pack_sharded(threads) : pack_direct();
@@ -257,12 +265,13 @@ private:
         }
         if (basekit2::find_files(source.result_dir, L"*.corr").empty()) {
             report(m_messenger, notify2::msg_error,
-                   L"The folder " + source.result_dir.str() + L" holds no result (no *.corr file).");
+                   L"The folder " + source.result_dir.str() +
+                       L" holds no result (no *.corr file).");
             return archiver_t::no_result;
         }
-        const std::string root = (fs::path(dir).filename().empty() ? dir.parent_path().filename()
-                                                                    : dir.filename())
-                                     .generic_u8string();
+        const std::string root =
+            (fs::path(dir).filename().empty() ? dir.parent_path().filename() : dir.filename())
+                .generic_u8string();
         const fs::path target = fs::absolute(m_target.fs(), ec);
 
         std::vector<entry_t> found;
@@ -300,7 +309,8 @@ private:
                 entry_t e{p, root + "/sources/" + p.relative_path().generic_u8string()};
                 if (!file_info(p, e.size, e.mtime)) {
                     report(m_messenger, notify2::msg_warning,
-                           L"The source file " + src.str() + L" was not found; it is not in the archive.");
+                           L"The source file " + src.str() +
+                               L" was not found; it is not in the archive.");
                     continue;
                 }
                 if (!seen.insert(e.name).second)
@@ -321,8 +331,9 @@ private:
     // Reports the bytes read so far; answers whether to stop.
     bool poll(double extra = 0)
     {
-        const double done = static_cast<double>(m_bytes.load(std::memory_order_relaxed)) * (1 - assembly_share) +
-                            extra;
+        const double done =
+            static_cast<double>(m_bytes.load(std::memory_order_relaxed)) * (1 - assembly_share) +
+            extra;
         if (m_progress && done > m_reported) {
             m_progress->progressed(done - m_reported);
             m_reported = done;
@@ -419,8 +430,9 @@ private:
         std::stable_sort(by_size.begin(), by_size.end(),
                          [](const entry_t* a, const entry_t* b) { return a->size > b->size; });
         for (auto* e : by_size) {
-            auto& s = *std::min_element(files.shards.begin(), files.shards.end(),
-                                        [](const shard_t& a, const shard_t& b) { return a.bytes < b.bytes; });
+            auto& s = *std::min_element(
+                files.shards.begin(), files.shards.end(),
+                [](const shard_t& a, const shard_t& b) { return a.bytes < b.bytes; });
             e->shard = static_cast<unsigned>(&s - files.shards.data());
             s.entries.push_back(e);
             s.bytes += e->size;
@@ -514,15 +526,16 @@ private:
             if (e.file.empty()) {
                 index = zip_dir_add(z, e.name.c_str(), ZIP_FL_ENC_UTF_8);
             } else {
-                zip_source_t* src = zip_source_zip(z, shards[e.shard].reader,
-                                                   static_cast<zip_uint64_t>(e.shard_index), 0, 0, -1);
+                zip_source_t* src = zip_source_zip(
+                    z, shards[e.shard].reader, static_cast<zip_uint64_t>(e.shard_index), 0, 0, -1);
                 if (src) {
                     index = zip_file_add(z, e.name.c_str(), src, ZIP_FL_ENC_UTF_8);
                     if (index < 0)
                         zip_source_free(src);
                     // libzip would deflate stored data when copying it; keep it stored.
-                    else if (e.store && zip_set_file_compression(z, static_cast<zip_uint64_t>(index),
-                                                                 ZIP_CM_STORE, 0) < 0)
+                    else if (e.store &&
+                             zip_set_file_compression(z, static_cast<zip_uint64_t>(index),
+                                                      ZIP_CM_STORE, 0) < 0)
                         index = -1;
                 }
             }
@@ -530,7 +543,8 @@ private:
                 return fail_from(z, L"Cannot write the archive " + m_target.str());
         }
         assembly_progress_t state{this};
-        zip_register_progress_callback_with_state(z, 0.001, &assembly_progress_t::on_progress, nullptr, &state);
+        zip_register_progress_callback_with_state(z, 0.001, &assembly_progress_t::on_progress,
+                                                  nullptr, &state);
         zip_register_cancel_callback_with_state(z, &packer_t::on_cancel, nullptr, this);
         if (zip_close(z) != 0)
             return fail_from(z, L"Cannot write the archive " + m_target.str());
@@ -555,10 +569,14 @@ private:
 
 } // namespace
 
-std::wstring archiver_t::get_default_file_ext() { return L"corrz"; }
+std::wstring archiver_t::get_default_file_ext()
+{
+    return L"corrz";
+}
 
-archiver_t::error_code_t archiver_t::pack(const pack_source_t& source, zipfile_impl_t& zip, unsigned flags,
-                                          notify2::IMessenger* messenger, notify2::IProgress* progress,
+archiver_t::error_code_t archiver_t::pack(const pack_source_t& source, zipfile_impl_t& zip,
+                                          unsigned flags, notify2::IMessenger* messenger,
+                                          notify2::IProgress* progress,
                                           const pack_options_t& options)
 {
     packer_t packer(zip.handle(), zip.get_path(), messenger, progress, options);

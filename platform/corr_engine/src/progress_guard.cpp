@@ -62,7 +62,8 @@ private:
 
 } // namespace
 
-progress_guard_t::progress_guard_t(notify2::IProgress* progress, const std::wstring& text, double total)
+progress_guard_t::progress_guard_t(notify2::IProgress* progress, const std::wstring& text,
+                                   double total)
     : m_progress(progress), m_outermost(progress && !dynamic_cast<child_progress_t*>(progress))
 {
     if (m_progress)
@@ -87,7 +88,10 @@ void progress_guard_t::set_status(const std::wstring& text)
         m_progress->set_status(text);
 }
 
-bool progress_guard_t::is_cancelled() const { return m_progress && m_progress->is_cancelled(); }
+bool progress_guard_t::is_cancelled() const
+{
+    return m_progress && m_progress->is_cancelled();
+}
 
 std::shared_ptr<notify2::IProgress> progress_guard_t::create_child(double span, double child_total)
 {

@@ -42,9 +42,15 @@ bool can_create_beside(const fs::path& target, std::wstring& why)
 
 } // namespace
 
-zipfile_impl_t::~zipfile_impl_t() { discard(); }
+zipfile_impl_t::~zipfile_impl_t()
+{
+    discard();
+}
 
-void zipfile_impl_t::set_error(const std::wstring& what) { m_error = m_path.str() + L": " + what; }
+void zipfile_impl_t::set_error(const std::wstring& what)
+{
+    m_error = m_path.str() + L": " + what;
+}
 
 bool zipfile_impl_t::open_for_writing(const basekit2::path_t& target)
 {

@@ -28,7 +28,8 @@ protected:
     void SetUp() override
     {
         m_root = fs::temp_directory_path() /
-                 ("corr-export-chain-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
+                 ("corr-export-chain-" +
+                  std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
         fs::remove_all(m_root);
         m_result = m_root / "run1";
         fs::create_directories(m_result / "data");
@@ -42,7 +43,8 @@ protected:
 
     // What the export worker does after loading: guard of 3, one step for
     // the load, the rest for packing.
-    archiver_t::error_code_t export_on_worker(const boost::shared_ptr<corr_dialogs2::progress_bridge_t>& bridge)
+    archiver_t::error_code_t
+    export_on_worker(const boost::shared_ptr<corr_dialogs2::progress_bridge_t>& bridge)
     {
         archiver_t::error_code_t rc = archiver_t::write_failed;
         std::thread worker([&] {
@@ -73,7 +75,8 @@ TEST_F(ExportChain, GuiSeesProgressUpToHundredAndTheCompletion)
     bridge->notify_first.connect([&] { ++finished; });
 
     ASSERT_EQ(archiver_t::success, export_on_worker(bridge));
-    ASSERT_TRUE(corr_test::wait_until([&] { return finished == 1 && !percents.empty() && percents.back() == 100; }));
+    ASSERT_TRUE(corr_test::wait_until(
+        [&] { return finished == 1 && !percents.empty() && percents.back() == 100; }));
     EXPECT_TRUE(std::is_sorted(percents.begin(), percents.end()));
     ASSERT_FALSE(texts.empty());
     EXPECT_EQ(L"Packing run1", texts.back()) << "the archiver's status replaces the loading text";

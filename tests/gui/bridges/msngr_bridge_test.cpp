@@ -53,7 +53,10 @@ struct progress_log
 };
 
 // Waits until every progress update due by now has reached the GUI.
-bool deliver_progress() { return run_delayed_tasks_due_within(260); }
+bool deliver_progress()
+{
+    return run_delayed_tasks_due_within(260);
+}
 
 } // namespace
 
@@ -159,10 +162,11 @@ TEST(ProgressBridge, UninitialisedSchedulerAssertsAndPostsNothing)
     auto bridge = progress_bridge_t::create();
     progress_log log(*bridge);
     std::vector<std::string> conditions, messages;
-    auto previous = platkit::debug::set_assert_handler([&](const platkit::debug::assertion_info& info) {
-        conditions.emplace_back(info.condition);
-        messages.emplace_back(info.message);
-    });
+    auto previous =
+        platkit::debug::set_assert_handler([&](const platkit::debug::assertion_info& info) {
+            conditions.emplace_back(info.condition);
+            messages.emplace_back(info.message);
+        });
     wxkit1::tasks::Scheduler::Shutdown();
     bridge->raise_first();
     wxkit1::tasks::Scheduler::Initialize();
@@ -215,7 +219,8 @@ TEST(MessengerBridge, NullTextIsAnEmptyMessage)
 {
     auto bridge = messenger_bridge_t::create();
     std::list<message_data_t> got;
-    bridge->messages_received.connect([&](std::list<message_data_t> batch) { got = std::move(batch); });
+    bridge->messages_received.connect(
+        [&](std::list<message_data_t> batch) { got = std::move(batch); });
     bridge->message(notify2::msg_info, nullptr);
     ASSERT_TRUE(run_delayed_tasks_due_within(510));
     ASSERT_EQ(1u, got.size());

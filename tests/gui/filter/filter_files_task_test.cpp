@@ -23,7 +23,8 @@ file_list_t many_files(size_t n)
     const wchar_t* dirs[] = {L"/home/me/proj/src/", L"/home/me/proj/tests/", L"/usr/include/"};
     const wchar_t* exts[] = {L".cpp", L".h", L".c"};
     for (size_t i = 0; i < n; ++i)
-        out.emplace_back(std::wstring(dirs[i % 3]) + L"file" + std::to_wstring(i) + exts[(i / 3) % 3]);
+        out.emplace_back(std::wstring(dirs[i % 3]) + L"file" + std::to_wstring(i) +
+                         exts[(i / 3) % 3]);
     return out;
 }
 
@@ -37,7 +38,8 @@ struct cancelled_flag final : wxkit1::tasks::ICancellable
 
 TEST(FilterFilesTask, MatchesKeepTheInputOrder)
 {
-    const file_list_t files{L"/p/src/b.cpp", L"/p/include/a.h", L"/p/src/a.cpp", L"/p/src/sub/c.cpp", L"/p/x.cpp"};
+    const file_list_t files{L"/p/src/b.cpp", L"/p/include/a.h", L"/p/src/a.cpp",
+                            L"/p/src/sub/c.cpp", L"/p/x.cpp"};
     EXPECT_EQ((file_list_t{L"/p/src/b.cpp", L"/p/src/a.cpp", L"/p/src/sub/c.cpp", L"/p/x.cpp"}),
               filter_files_task_t::get_files_by_mask(L"*.cpp", files));
     EXPECT_EQ((file_list_t{L"/p/src/b.cpp", L"/p/src/a.cpp", L"/p/src/sub/c.cpp"}),
@@ -85,7 +87,8 @@ TEST(FilterFilesTask, NewerFilteringSupersedesTheRunningOne)
 {
     const file_list_t files = many_files(300000);
     std::vector<file_list_t> delivered;
-    filter_files_runner_t runner(files, [&](const file_list_t& matching) { delivered.push_back(matching); });
+    filter_files_runner_t runner(
+        files, [&](const file_list_t& matching) { delivered.push_back(matching); });
     // Typing "*.c", then "*.cp", then "*.cpp" faster than the filter runs.
     ASSERT_TRUE(runner.start(L"*.c"));
     ASSERT_TRUE(runner.start(L"*.cp"));

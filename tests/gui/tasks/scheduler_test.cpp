@@ -104,7 +104,8 @@ TEST(Scheduler, CancelledTaskDoesNotRun)
 
 namespace {
 
-class recording_background_task final : public basekit2::intrusive_pointer_impl_t<BackgroundTaskImpl>
+class recording_background_task final
+    : public basekit2::intrusive_pointer_impl_t<BackgroundTaskImpl>
 {
 public:
     std::atomic<bool> did_task{false};

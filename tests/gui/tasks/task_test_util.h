@@ -7,7 +7,8 @@
 
 namespace corr_test {
 
-class function_task_t final : public basekit2::intrusive_pointer_impl_t<wxkit1::tasks::DefaultTaskImpl>
+class function_task_t final
+    : public basekit2::intrusive_pointer_impl_t<wxkit1::tasks::DefaultTaskImpl>
 {
 public:
     explicit function_task_t(std::function<void()> fn) : m_fn(std::move(fn)) {}

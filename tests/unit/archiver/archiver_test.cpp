@@ -69,7 +69,10 @@ std::map<std::string, archive_entry> read_archive(const fs::path& file)
 struct collected_messages final : notify2::IMessenger
 {
     std::vector<std::pair<std::uint32_t, std::wstring>> list;
-    void message(std::uint32_t type, const wchar_t* text) override { list.emplace_back(type, text ? text : L""); }
+    void message(std::uint32_t type, const wchar_t* text) override
+    {
+        list.emplace_back(type, text ? text : L"");
+    }
 };
 
 // A progress bar that records what it was told and can ask to stop once a
@@ -106,13 +109,16 @@ protected:
     {
         static int counter = 0;
         m_root = fs::temp_directory_path() /
-                 ("corr-archiver-test-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) +
+                 ("corr-archiver-test-" +
+                  std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) +
                   "-" + std::to_string(counter++));
         fs::remove_all(m_root);
         m_result = m_root / "results" / "run1";
         write_file(m_result / "run1.corr", "format=1\nname=run1\n");
-        for (const char* name : {"memcheck_double_free.xml", "helgrind_race_counter.xml", "asan_overflow.txt"})
-            write_file(m_result / "data" / name, read_file(fs::path(CORR_SAMPLES_DIR) / "recorded" / name));
+        for (const char* name :
+             {"memcheck_double_free.xml", "helgrind_race_counter.xml", "asan_overflow.txt"})
+            write_file(m_result / "data" / name,
+                       read_file(fs::path(CORR_SAMPLES_DIR) / "recorded" / name));
         std::mt19937 rng(42);
         std::string noise(1 << 20, '\0');
         for (auto& c : noise)
@@ -141,9 +147,12 @@ protected:
     std::map<std::string, std::string> expected_result_entries() const
     {
         std::map<std::string, std::string> out{{"run1/", ""}};
-        for (auto it = fs::recursive_directory_iterator(m_result); it != fs::recursive_directory_iterator(); ++it) {
-            const std::string name = "run1/" + it->path().lexically_relative(m_result).generic_string();
-            out[it->is_directory() ? name + "/" : name] = it->is_directory() ? "" : read_file(it->path());
+        for (auto it = fs::recursive_directory_iterator(m_result);
+             it != fs::recursive_directory_iterator(); ++it) {
+            const std::string name =
+                "run1/" + it->path().lexically_relative(m_result).generic_string();
+            out[it->is_directory() ? name + "/" : name] =
+                it->is_directory() ? "" : read_file(it->path());
         }
         return out;
     }
@@ -179,32 +188,37 @@ TEST_P(ArchiverTest, PacksTheResultFolderAndReadsBackTheSame)
     EXPECT_EQ(expected_result_entries(), got);
     EXPECT_EQ(ZIP_CM_STORE, archive.at("run1/data/noise.bin").method) << "random data is stored";
     EXPECT_EQ(ZIP_CM_DEFLATE, archive.at("run1/data/large.xml").method);
-    EXPECT_LT(fs::file_size(m_target), fs::file_size(m_result / "data" / "large.xml") / 3 + (1 << 20) + 65536);
+    EXPECT_LT(fs::file_size(m_target),
+              fs::file_size(m_result / "data" / "large.xml") / 3 + (1 << 20) + 65536);
 
     EXPECT_TRUE(progress.monotonic);
     EXPECT_GT(progress.reports, 2);
     EXPECT_NEAR(progress.total, progress.position, progress.total * 1e-9);
-    EXPECT_EQ((std::vector<fs::path>{m_target}), leftovers()) << "no shard or probe files stay behind";
+    EXPECT_EQ((std::vector<fs::path>{m_target}), leftovers())
+        << "no shard or probe files stay behind";
 }
 
 TEST_P(ArchiverTest, SourcesAreAddedOnRequestAndMissingOnesAreWarnedAbout)
 {
     const fs::path src_dir = fs::path(CORR_SAMPLES_DIR) / "src";
     const fs::path missing = m_root / "gone" / "missing.c";
-    pack_source_t source{m_result, {src_dir / "mem_leaks.c", src_dir / "thr_race_counter.c", missing,
-                                    src_dir / "mem_leaks.c"}};
+    pack_source_t source{m_result,
+                         {src_dir / "mem_leaks.c", src_dir / "thr_race_counter.c", missing,
+                          src_dir / "mem_leaks.c"}};
     zipfile_impl_t zip;
     ASSERT_TRUE(zip.open_for_writing(m_target));
     collected_messages messages;
-    ASSERT_EQ(archiver_t::success,
-              archiver_t::pack(source, zip, archiver_t::include_sources, &messages, nullptr, options()));
+    ASSERT_EQ(archiver_t::success, archiver_t::pack(source, zip, archiver_t::include_sources,
+                                                    &messages, nullptr, options()));
 
     const auto archive = read_archive(m_target);
     const std::string prefix = "run1/sources/" + src_dir.relative_path().generic_string() + "/";
     ASSERT_TRUE(archive.count(prefix + "mem_leaks.c"));
     EXPECT_EQ(read_file(src_dir / "mem_leaks.c"), archive.at(prefix + "mem_leaks.c").data);
-    EXPECT_EQ(read_file(src_dir / "thr_race_counter.c"), archive.at(prefix + "thr_race_counter.c").data);
-    EXPECT_EQ(expected_result_entries().size() + 3, archive.size()) << "two sources and their folder";
+    EXPECT_EQ(read_file(src_dir / "thr_race_counter.c"),
+              archive.at(prefix + "thr_race_counter.c").data);
+    EXPECT_EQ(expected_result_entries().size() + 3, archive.size())
+        << "two sources and their folder";
 
     ASSERT_EQ(1u, messages.list.size());
     EXPECT_EQ(static_cast<std::uint32_t>(notify2::msg_warning), messages.list[0].first);
@@ -224,7 +238,8 @@ TEST_P(ArchiverTest, CancelledPackLeavesNoArchiveAndKeepsAnOldOne)
     ASSERT_TRUE(zip.open_for_writing(m_target));
     test_progress progress;
     progress.cancel_at = GetParam() > 1 ? 0 : 0.3; // parallel parts are polled every 50 ms
-    EXPECT_EQ(archiver_t::cancelled, archiver_t::pack({m_result, {}}, zip, 0, nullptr, &progress, options()));
+    EXPECT_EQ(archiver_t::cancelled,
+              archiver_t::pack({m_result, {}}, zip, 0, nullptr, &progress, options()));
     EXPECT_FALSE(zip.is_open());
     EXPECT_EQ("the previous export", read_file(m_target));
     EXPECT_EQ((std::vector<fs::path>{m_target}), leftovers());
@@ -241,7 +256,8 @@ TEST_P(ArchiverTest, FolderThatVanishesBeforeWritingFailsCleanly)
     ASSERT_TRUE(zip.open_for_writing(target));
     fs::remove_all(target.parent_path());
     collected_messages messages;
-    EXPECT_EQ(archiver_t::write_failed, archiver_t::pack({m_result, {}}, zip, 0, &messages, nullptr, options()));
+    EXPECT_EQ(archiver_t::write_failed,
+              archiver_t::pack({m_result, {}}, zip, 0, &messages, nullptr, options()));
     EXPECT_FALSE(zip.is_open());
     EXPECT_FALSE(fs::exists(target));
     ASSERT_FALSE(messages.list.empty());
@@ -251,7 +267,8 @@ TEST_P(ArchiverTest, FolderThatVanishesBeforeWritingFailsCleanly)
 
 INSTANTIATE_TEST_SUITE_P(Threads, ArchiverTest, testing::Values(1u, 2u),
                          [](const testing::TestParamInfo<unsigned>& param) {
-                             return param.param == 1 ? std::string("OneThread") : std::string("TwoThreads");
+                             return param.param == 1 ? std::string("OneThread")
+                                                     : std::string("TwoThreads");
                          });
 
 TEST(Zipfile, UnwritableTargetsAreRefusedAtOnce)
@@ -275,11 +292,14 @@ TEST(Archiver, RefusesAFolderWithoutAResultAndAClosedArchive)
     collected_messages messages;
     zipfile_impl_t zip;
     ASSERT_TRUE(zip.open_for_writing(root / "x.corrz"));
-    EXPECT_EQ(archiver_t::no_result, archiver_t::pack({root / "not-a-result", {}}, zip, 0, &messages, nullptr));
+    EXPECT_EQ(archiver_t::no_result,
+              archiver_t::pack({root / "not-a-result", {}}, zip, 0, &messages, nullptr));
     EXPECT_FALSE(zip.is_open()) << "a failed pack discards the archive";
-    EXPECT_EQ(archiver_t::write_failed, archiver_t::pack({root / "not-a-result", {}}, zip, 0, &messages, nullptr));
+    EXPECT_EQ(archiver_t::write_failed,
+              archiver_t::pack({root / "not-a-result", {}}, zip, 0, &messages, nullptr));
     ASSERT_TRUE(zip.open_for_writing(root / "x.corrz"));
-    EXPECT_EQ(archiver_t::no_result, archiver_t::pack({root / "missing", {}}, zip, 0, &messages, nullptr));
+    EXPECT_EQ(archiver_t::no_result,
+              archiver_t::pack({root / "missing", {}}, zip, 0, &messages, nullptr));
     EXPECT_EQ(3u, messages.list.size());
     EXPECT_FALSE(fs::exists(root / "x.corrz"));
     EXPECT_EQ(L"corrz", archiver_t::get_default_file_ext());

@@ -17,7 +17,7 @@ namespace corr_engine {
 // What the archiver needs to know of a result.
 struct pack_source_t
 {
-    basekit2::path_t result_dir;                 // the folder holding <name>.corr
+    basekit2::path_t result_dir;                // the folder holding <name>.corr
     std::vector<basekit2::path_t> source_files; // packed with archiver_t::include_sources
 };
 

@@ -15,9 +15,15 @@ enum message_type_t : std::uint32_t {
 };
 
 // True when the type carries the warning bit.
-inline bool is_warning(std::uint32_t type) { return (type & msg_warning) != 0; }
+inline bool is_warning(std::uint32_t type)
+{
+    return (type & msg_warning) != 0;
+}
 // True when the type carries the error or the fatal bit.
-inline bool is_error(std::uint32_t type) { return (type & (msg_error | msg_fatal)) != 0; }
+inline bool is_error(std::uint32_t type)
+{
+    return (type & (msg_error | msg_fatal)) != 0;
+}
 
 class IMessenger
 {

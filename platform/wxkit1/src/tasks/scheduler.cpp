@@ -3,8 +3,8 @@
 // the earliest due delayed task, runs delayed tasks. Other threads only
 // append to the queues under the lock and post at most one wake-up at a
 // time, so a burst of additions costs one event-loop round trip.
-#include "wxkit1/tasks/post_signal.h"
 #include "wxkit1/tasks/scheduler.h"
+#include "wxkit1/tasks/post_signal.h"
 
 #include "platkit/debug/assert.h"
 #include "platkit/strings/convert.h"
@@ -58,8 +58,8 @@ void run_task(const ready_entry& e)
     try {
         e.task->Execute();
     } catch (const std::exception& ex) {
-        const std::string what = "task \"" + platkit::strings::wide_to_utf8(e.name) +
-                                 "\" threw: " + ex.what();
+        const std::string what =
+            "task \"" + platkit::strings::wide_to_utf8(e.name) + "\" threw: " + ex.what();
         PLATKIT_ASSERT_MSG(!"a task threw an exception", what.c_str());
     }
 }
@@ -422,8 +422,9 @@ void Scheduler::Shutdown()
 error_code_t PostSignal(const parameterless_signal_t& signal, boost::weak_ptr<const void> owner,
                         const std::wstring& name)
 {
-    PLATKIT_ASSERT_MSG(Scheduler::IsInitialized(),
-                       "Attempt to schedule a task in uninitialized Scheduler. Task will not complete.");
+    PLATKIT_ASSERT_MSG(
+        Scheduler::IsInitialized(),
+        "Attempt to schedule a task in uninitialized Scheduler. Task will not complete.");
     auto scheduler = Scheduler::Get();
     if (!scheduler)
         return not_initialized;
