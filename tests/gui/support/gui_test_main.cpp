@@ -11,6 +11,7 @@
 #include <wx/init.h>
 #include <wx/log.h>
 
+#include <cstring>
 #include <string>
 
 namespace {
@@ -29,13 +30,22 @@ void wx_assert_handler(const wxString& file, int line, const wxString& func, con
         << msg.utf8_str();
 }
 
+bool listing_only(int argc, char** argv)
+{
+    for (int i = 1; i < argc; ++i)
+        if (std::strcmp(argv[i], "--gtest_list_tests") == 0)
+            return true;
+    return false;
+}
 
 } // namespace
 
 int main(int argc, char** argv)
 {
+    // Asked before InitGoogleTest, which removes the gtest flags from argv.
+    const bool listing = listing_only(argc, argv);
     testing::InitGoogleTest(&argc, argv);
-    if (GTEST_FLAG_GET(list_tests)) // InitGoogleTest took the flag out of argv
+    if (listing)
         return RUN_ALL_TESTS(); // test discovery needs no display
 
     wxApp::SetInstance(new test_app);
