@@ -4,6 +4,7 @@
 
 #include "platkit/debug/assert.h"
 #include "settings2/product_locations.h"
+#include "wxkit1/tasks/scheduler.h"
 
 #include <gtest/gtest.h>
 #include <wx/app.h>
@@ -63,7 +64,9 @@ int main(int argc, char** argv)
     settings2::IProductLocations::set(std::make_shared<settings2::product_locations_t>(
         L"Correctness Analyzer", L"corr-analyzer", L"CorrA", basekit2::path_t::from_utf8(CORR_RESOURCE_DIR)));
 
+    wxkit1::tasks::Scheduler::Initialize();
     const int rc = RUN_ALL_TESTS();
+    wxkit1::tasks::Scheduler::Shutdown();
 
     settings2::IProductLocations::set(nullptr);
     wxTheApp->OnExit();
