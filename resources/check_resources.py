@@ -31,10 +31,11 @@ import xml.parsers.expat
 TEXT_ELEMENTS = {"label", "title", "tooltip", "help", "longhelp", "hint", "item", "message"}
 KEY_LIKE = re.compile(r"^(dlg|panel|pref|btn|inplace)\.[A-Za-z0-9_.\-]*[A-Za-z0-9_]$")
 WIDE_LITERAL = re.compile(r'L"((?:[^"\\\n]|\\.)*)"')
+# The key is the whole first argument (not a prefix joined to more text).
 CALLS = [
-    (re.compile(r'\btranslate\(\s*L"([^"]*)"'), "dialogs"),
-    (re.compile(r'\btranslate_shared\(\s*L"([^"]*)"'), "shareddlg"),
-    (re.compile(r'(?:->|\.)(?:message|has_message)\(\s*L"([^"]*)"'), None),
+    (re.compile(r'\btranslate\(\s*L"([^"]*)"\s*[,)]'), "dialogs"),
+    (re.compile(r'\btranslate_shared\(\s*L"([^"]*)"\s*[,)]'), "shareddlg"),
+    (re.compile(r'(?:->|\.)(?:message|has_message)\(\s*L"([^"]*)"\s*[,)]'), None),
 ]
 CONTROL_LOOKUPS = [
     re.compile(r'\bfind_control\s*<[^>]*>\s*\(\s*L?"([^"]*)"'),
@@ -229,6 +230,33 @@ def allow_matches(entry, set_name, key):
     return key == pattern
 
 
+def strip_comments(text):
+    """C++ text with comments blanked out (line breaks kept, literals intact)."""
+    out = []
+    i, n = 0, len(text)
+    while i < n:
+        c = text[i]
+        if c in "\"'":
+            j = i + 1
+            while j < n and text[j] != c and text[j] != "\n":
+                j += 2 if text[j] == "\\" else 1
+            out.append(text[i:j + 1])
+            i = j + 1
+        elif text.startswith("//", i):
+            j = text.find("\n", i)
+            j = n if j < 0 else j
+            i = j
+        elif text.startswith("/*", i):
+            j = text.find("*/", i + 2)
+            j = n if j < 0 else j + 2
+            out.append("\n" * text.count("\n", i, j))
+            i = j
+        else:
+            out.append(c)
+            i += 1
+    return "".join(out)
+
+
 def source_files(roots):
     for root in roots:
         for dirpath, dirnames, filenames in os.walk(root):
@@ -253,7 +281,7 @@ def check_sources(roots, catalogs, objects, problems, used):
     texts = {}
     for path in files:
         with open(path, encoding="utf-8", errors="replace") as f:
-            texts[path] = f.read()
+            texts[path] = strip_comments(f.read())
 
     dialog_names_by_stem = {}
     for path, text in texts.items():

@@ -4,6 +4,7 @@
 
 #include <wx/filesys.h>
 #include <wx/fs_arc.h>
+#include <wx/app.h>
 #include <wx/init.h>
 #include <wx/log.h>
 #include <wx/translation.h>
@@ -87,14 +88,6 @@ private:
     wxString m_domain;
     std::unique_ptr<wxTranslations> m_translations;
 };
-
-void ensure_archive_handler()
-{
-    // The handler list lives in wxFileSystem and is emptied when wxBase shuts
-    // down, so ask rather than remember.
-    if (!wxFileSystem::HasHandlerForPath(L"probe.dat#zip:probe"))
-        wxFileSystem::AddHandler(new wxArchiveFSHandler);
-}
 
 enum class read_result { ok, missing, damaged };
 
@@ -192,14 +185,16 @@ resource_load_entry_t load_one(const basekit2::path_t& archive)
     return entry;
 }
 
-// wxBase for the duration of a load; a no-op reference when the host runs wx.
+// wxBase for the duration of a load when nothing runs it yet (a unit test, a
+// command-line tool). wxInitialize() does not count an application started
+// by wxEntryStart(), so an existing application is left alone explicitly.
 class wx_base_scope
 {
 public:
-    wx_base_scope() : m_ok(wxInitialize()) {}
+    wx_base_scope() : m_owned(!wxAppConsole::GetInstance()), m_ok(!m_owned || wxInitialize()) {}
     ~wx_base_scope()
     {
-        if (m_ok)
+        if (m_owned && m_ok)
             wxUninitialize();
     }
     wx_base_scope(const wx_base_scope&) = delete;
@@ -207,10 +202,19 @@ public:
     bool ok() const { return m_ok; }
 
 private:
+    bool m_owned;
     bool m_ok;
 };
 
 } // namespace
+
+void ensure_archive_handler()
+{
+    // The handler list lives in wxFileSystem and is emptied when wxBase shuts
+    // down, so ask rather than remember.
+    if (!wxFileSystem::HasHandlerForPath(L"probe.dat#zip:probe"))
+        wxFileSystem::AddHandler(new wxArchiveFSHandler);
+}
 
 bool resource_load_report_t::ok() const
 {

@@ -45,4 +45,8 @@ resource_load_report_t load_resource_catalogs(const basekit2::path_t& dir);
 // The same for one archive.
 resource_load_entry_t load_resource_catalog(const basekit2::path_t& archive);
 
+// Registers wxFileSystem's zip handler unless one is there, so that
+// "<file>.dat#zip:<entry>" can be opened (layouts, images, catalogues).
+void ensure_archive_handler();
+
 } // namespace settings2
