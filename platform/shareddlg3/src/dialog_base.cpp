@@ -15,7 +15,12 @@
 #include <wx/toplevel.h>
 #include <wx/xrc/xmlres.h>
 
+#ifdef __GNUG__
+#include <cxxabi.h>
+#endif
+
 #include <algorithm>
+#include <cstdlib>
 #include <cwchar>
 #include <filesystem>
 #include <map>
@@ -239,8 +244,16 @@ wxWindow* find_named_control(wxWindow* root, const wchar_t* name, const std::wst
 
 void report_wrong_class(const wchar_t* name, const std::wstring& layout, wxWindow* found, const char* expected)
 {
+    std::string readable = expected;
+#ifdef __GNUG__
+    int status = 0;
+    if (char* demangled = abi::__cxa_demangle(expected, nullptr, nullptr, &status)) {
+        readable = demangled;
+        std::free(demangled);
+    }
+#endif
     const wxString message = wxString::Format("control \"%s\" of the layout \"%s\" is a %s, not a %s", name,
-                                              layout, found->GetClassInfo()->GetClassName(), expected);
+                                              layout, found->GetClassInfo()->GetClassName(), readable);
     wxFAIL_MSG(message);
 }
 

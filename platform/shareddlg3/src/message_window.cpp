@@ -1,5 +1,6 @@
 #include "shareddlg3/message_window.h"
 
+#include "settings2/catalog.h"
 #include "shareddlg3/resources.h"
 #include "wxkit1/text.h"
 #include "wxkit1/ui_settings.h"
@@ -11,8 +12,6 @@
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
-
-#include "settings2/catalog.h"
 
 namespace shareddlg3 {
 namespace {

@@ -237,6 +237,7 @@ TEST_F(DialogBase, AControlOfTheWrongClassIsAnAssertion)
     EXPECT_EQ(wrong, nullptr);
     EXPECT_TRUE(assertion.Contains("m_btn_ok")) << assertion;
     EXPECT_TRUE(assertion.Contains("wxButton")) << assertion;
+    EXPECT_TRUE(assertion.Contains("not a wxTextCtrl")) << assertion;
 }
 
 namespace {
