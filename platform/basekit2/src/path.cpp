@@ -80,8 +80,14 @@ bool path_t::match(const std::wstring& mask) const
         return true;
     if (mask.empty() || mask[0] == L'/' || mask[0] == L'*')
         return false;
-    // Not anchored at the start: let it begin at any component boundary.
-    return wildcard_match(text, L"*/" + mask, case_sensitive);
+    // Not anchored at the start: let it begin at any component boundary
+    // (the same as matching "*/" + mask, without building that string for
+    // every path of a long list).
+    const std::wstring_view view(text);
+    for (size_t slash = view.find(L'/'); slash != std::wstring_view::npos; slash = view.find(L'/', slash + 1))
+        if (wildcard_match(view.substr(slash + 1), mask, case_sensitive))
+            return true;
+    return false;
 }
 
 std::vector<path_t> find_files(const path_t& dir, const std::wstring& pattern)

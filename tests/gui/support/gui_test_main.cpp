@@ -1,15 +1,20 @@
 // main() of the GUI tests: starts a wxApp, turns wx and platform assertions
 // into test failures, and runs the tests on the GUI thread.
 #include "gui_test.h"
+#include "modal_expectations.h"
 
 #include "platkit/debug/assert.h"
+#include "platkit/strings/convert.h"
 #include "settings2/product_locations.h"
+#include "settings2/resource_catalogs.h"
+#include "wxkit1/tasks/scheduler.h"
 
 #include <gtest/gtest.h>
 #include <wx/app.h>
 #include <wx/init.h>
 #include <wx/log.h>
 
+#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -41,8 +46,9 @@ bool listing_only(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    const bool listing = listing_only(argc, argv); // before gtest takes its flags out of argv
     testing::InitGoogleTest(&argc, argv);
-    if (listing_only(argc, argv))
+    if (listing)
         return RUN_ALL_TESTS(); // test discovery needs no display
 
     wxApp::SetInstance(new test_app);
@@ -61,8 +67,21 @@ int main(int argc, char** argv)
     settings2::IProductLocations::set(std::make_shared<settings2::product_locations_t>(
         L"Correctness Analyzer", L"corr-analyzer", L"CorrA", basekit2::path_t::from_utf8(CORR_RESOURCE_DIR)));
 
-    const int rc = RUN_ALL_TESTS();
+    // Every dialog needs its catalogue; without them no GUI test means anything.
+    const basekit2::path_t resources = settings2::IProductLocations::get()->getResourceDirectory();
+    const auto report = settings2::load_resource_catalogs(resources);
+    if (!report.ok()) {
+        std::fprintf(stderr, "Cannot load the resource catalogues from %s:\n%s\n", resources.utf8().c_str(),
+                     platkit::strings::wide_to_utf8(report.error_text()).c_str());
+        return 2;
+    }
+    corr_test::detail::install_modal_guards();
+    wxkit1::tasks::Scheduler::Initialize();
 
+    const int rc = RUN_ALL_TESTS();
+    wxkit1::tasks::Scheduler::Shutdown();
+
+    corr_test::detail::remove_modal_guards();
     settings2::IProductLocations::set(nullptr);
     wxTheApp->OnExit();
     wxEntryCleanup();

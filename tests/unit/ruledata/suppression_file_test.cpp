@@ -1,0 +1,98 @@
+// Rule sets in a file object, and saving: what is refused, and what a
+// failed save leaves behind.
+#include "recorded_problems.h"
+#include "sup_test_support.h"
+
+#include "probstore3/candidates.h"
+#include "probstore3/suppression_file.h"
+
+#include <boost/make_shared.hpp>
+
+#include <gtest/gtest.h>
+
+using namespace suppfmt3;
+using probstore3::suppression_file_t;
+using sup_test::read_bytes;
+using sup_test::temp_dir;
+
+namespace {
+
+probstore3::rule_set_ptr named_set(const std::wstring& name, const probstore3::problem_t& problem)
+{
+    auto set = probstore3::create_candidate_rule_set(std::vector<probstore3::problem_t>{problem});
+    set->set_name(name);
+    return set;
+}
+
+} // namespace
+
+TEST(SuppressionFile, UnsavedChangesAndResync)
+{
+    temp_dir dir;
+    auto file = boost::make_shared<suppression_file_t>((dir / "a.sup").wstring());
+    EXPECT_EQ(file->get_file_format(), suppression_file_t::get_current_file_format());
+    const auto one = named_set(L"one", recorded::use_after_free());
+    const auto two = named_set(L"two", recorded::race_read());
+    file->add_suppression(one);
+    file->add_suppression(two);
+    file->add_suppression(one); // once only
+    EXPECT_EQ(file->get_rulesets(true).size(), 2u);
+    EXPECT_TRUE(file->get_rulesets(false).empty());
+    EXPECT_EQ(one->get_file(), file);
+    EXPECT_EQ(one->get_file_path(), (dir / "a.sup").wstring());
+
+    ASSERT_EQ(file->save(file->get_path(), sff_current), se_success);
+    file->resync_suppressions();
+    EXPECT_EQ(file->get_rulesets(false).size(), 2u);
+
+    file->remove_suppression(one);
+    EXPECT_FALSE(one->get_file());
+    EXPECT_EQ(file->get_rulesets(true), (suppression_file_t::rule_sets_t{two}));
+    EXPECT_EQ(file->get_rulesets(false).size(), 2u);
+    file->remove_suppression(one); // not there: nothing happens
+    EXPECT_EQ(file->get_rulesets(true).size(), 1u);
+}
+
+TEST(SuppressionFile, RefusesWhatItCannotWriteAndLeavesTheDiskAlone)
+{
+    temp_dir dir;
+    auto file = boost::make_shared<suppression_file_t>((dir / "a.sup").wstring());
+    auto empty = boost::make_shared<probstore3::suppression_rule_set_t>(L"empty");
+    file->add_suppression(empty);
+    EXPECT_EQ(file->save(file->get_path(), sff_current), se_empty_rule_set);
+    EXPECT_NE(file->get_last_error().find(L"\"empty\""), std::wstring::npos);
+    file->remove_suppression(empty);
+    file->add_suppression(named_set(L"x", recorded::use_after_free()));
+    EXPECT_EQ(file->save(file->get_path(), sff_version_1), se_format_not_writable);
+    EXPECT_EQ(file->save(L"", sff_current), se_no_path);
+    EXPECT_TRUE(dir.entries().empty());
+}
+
+TEST(SuppressionFile, SavingWhereTheParentIsAFileFailsAndCreatesNothing)
+{
+    temp_dir dir;
+    sup_test::write_bytes(dir / "plain", "not a folder\n");
+    const auto target = dir / "plain" / "rules.sup";
+    auto file = boost::make_shared<suppression_file_t>(target.wstring());
+    file->add_suppression(named_set(L"x", recorded::use_after_free()));
+    EXPECT_EQ(file->save(file->get_path(), sff_current), se_cannot_create);
+    EXPECT_NE(file->get_last_error().find(target.wstring()), std::wstring::npos);
+    EXPECT_EQ(dir.entries(), std::vector<std::string>{"plain"});
+    EXPECT_EQ(read_bytes(dir / "plain"), "not a folder\n");
+    // The object is still whole: a save to a usable path works.
+    EXPECT_EQ(file->get_rulesets(true).size(), 1u);
+    EXPECT_EQ(file->save((dir / "ok.sup").wstring(), sff_current), se_success);
+}
+
+TEST(SuppressionFile, SavingACopyElsewhereLeavesTheFileAsItWas)
+{
+    temp_dir dir;
+    std::filesystem::copy_file(sup_test::data_dir() / "previous_v1.sup", dir / "old.sup");
+    const auto file = suppression_file_t::open((dir / "old.sup").wstring());
+    ASSERT_TRUE(file);
+    ASSERT_EQ(file->save((dir / "copy.sup").wstring(), sff_current), se_success);
+    EXPECT_EQ(file->get_file_format(), sff_version_1);
+    EXPECT_EQ(file->get_path(), (dir / "old.sup").wstring());
+    EXPECT_EQ(read_bytes(dir / "old.sup"), read_bytes(sup_test::data_dir() / "previous_v1.sup"));
+    EXPECT_EQ(read_bytes(dir / "copy.sup").rfind("corr-suppressions 2\n", 0), 0u);
+}
