@@ -501,7 +501,7 @@ private:
                                     (item.file.exists() ? L": no importer reads this file any more"
                                                         : L": missing from the result");
             } else {
-                item.report = importer->import(item.file, context, [&](probstore3::problem_t&& p) {
+                item.report = importer->import_file(item.file, context, [&](probstore3::problem_t&& p) {
                     // Ids past the count recorded at import go after every file.
                     if (p.id > data.problems) {
                         overflow.push_back(std::move(p));

@@ -819,7 +819,7 @@ import_report_t valgrind_xml_importer_t::scan_file(const basekit2::path_t& file,
         if (auto report = scan_in_pieces(file, name, parts))
             return std::move(*report);
     // One piece gives the exact report of a malformed or cut file.
-    return result_importer_t::scan_file(file, name);
+    return stream_importer_t::scan_file(file, name);
 }
 
 std::optional<import_report_t> valgrind_xml_importer_t::scan_in_pieces(const basekit2::path_t& file,
