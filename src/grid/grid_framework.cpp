@@ -220,6 +220,16 @@ int button_helper_t::display_position(int x) const
     return columns ? columns->HitTest(x) : -1;
 }
 
+int button_helper_t::fit_width(const std::wstring& text, int minimum) const
+{
+    if (text.empty())
+        return minimum;
+    uicore7::IPainter* painter = m_window ? m_window->GetPainter() : nullptr;
+    // Without a window, an average character width of the usual fonts.
+    const int width = painter ? painter->GetTextExtent(text).width : 7 * static_cast<int>(text.size());
+    return std::max(minimum, width + 16);
+}
+
 bool button_helper_t::apply_row_order(const std::vector<int>&)
 {
     return false;
