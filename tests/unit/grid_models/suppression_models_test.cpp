@@ -103,6 +103,12 @@ TEST(SuppressionGrid, RowsKnowTheirRuleSetFileAndShowOneLinePerRule)
     const int line = model.get_line_height();
     EXPECT_EQ(model.GetItemSize(2) - model.GetItemSize(0), 2 * line);
     EXPECT_EQ(model.GetItemSize(1) - model.GetItemSize(0), line);
+    auto more = races->get_rules();
+    more.push_back(more.front()->clone());
+    races->set_rules(more);
+    model.update_row_heights();
+    EXPECT_EQ(model.GetItemSize(1) - model.GetItemSize(0), 2 * line);
+    EXPECT_EQ(model.GetItemRange(2).start, model.GetItemRange(1).end);
 
     // A rule set of several files' worth can be added by file too.
     model.clear();
