@@ -10,7 +10,10 @@
 namespace bench_memory {
 
 inline std::atomic<long long> g_live_bytes{0};
-inline long long live_bytes() { return g_live_bytes.load(); }
+inline long long live_bytes()
+{
+    return g_live_bytes.load();
+}
 
 } // namespace bench_memory
 
@@ -73,4 +76,3 @@ void operator delete[](void* p, std::size_t) noexcept
 {
     counted_free(p);
 }
-

@@ -43,8 +43,8 @@ std::vector<probstore3::rule_ptr> recorded_rules()
 {
     corr_engine::valgrind_xml_importer_t importer;
     std::vector<probstore3::rule_ptr> rules;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(std::filesystem::path(CORR_SAMPLES_DIR) / "recorded")) {
+    for (const auto& entry : std::filesystem::directory_iterator(
+             std::filesystem::path(CORR_SAMPLES_DIR) / "recorded")) {
         if (entry.path().extension() != ".xml" ||
             entry.path().filename().string().find("truncated") != std::string::npos)
             continue;
@@ -67,8 +67,8 @@ rule_data make_rule_data(int count)
         const int n = 2 + i % 3;
         for (int r = 0; r < n; ++r)
             rules.push_back(pool[static_cast<size_t>(i * 7 + r * 3) % pool.size()]);
-        data.sets.push_back(
-            boost::make_shared<probstore3::suppression_rule_set_t>(L"Suppression " + std::to_wstring(i), rules));
+        data.sets.push_back(boost::make_shared<probstore3::suppression_rule_set_t>(
+            L"Suppression " + std::to_wstring(i), rules));
     }
     return data;
 }
@@ -210,19 +210,22 @@ int main(int argc, char** argv)
     wxTheApp->CallOnInit();
     // The words of the grid; only their length matters here.
     settings2::registerMessageCatalog(
-        L"dialogs", std::make_shared<settings2::map_catalog_t>(
-                        L"dialogs", std::map<std::wstring, std::wstring>{
-                                        {L"dlg.suppression_grid.frames_used", L"Frames used: {used} of {total}"},
-                                        {L"dlg.suppression_grid.any_problem", L"Any problem"},
-                                        {L"dlg.suppression_grid.any_description", L"Any description"},
-                                        {L"supp.any_module", L"any module"},
-                                        {L"supp.any_function", L"any function"},
-                                        {L"supp.any_source", L"any source"},
-                                        {L"supp.any_line", L"any line"}}));
+        L"dialogs",
+        std::make_shared<settings2::map_catalog_t>(
+            L"dialogs",
+            std::map<std::wstring, std::wstring>{
+                {L"dlg.suppression_grid.frames_used", L"Frames used: {used} of {total}"},
+                {L"dlg.suppression_grid.any_problem", L"Any problem"},
+                {L"dlg.suppression_grid.any_description", L"Any description"},
+                {L"supp.any_module", L"any module"},
+                {L"supp.any_function", L"any function"},
+                {L"supp.any_source", L"any source"},
+                {L"supp.any_line", L"any line"}}));
     data_for(1000); // rule data is made once, before anything is timed
     {
         bench_window window;
-        window.frame = new wxFrame(nullptr, wxID_ANY, "suppression grid bench", wxPoint(0, 0), wxSize(1100, 700));
+        window.frame = new wxFrame(nullptr, wxID_ANY, "suppression grid bench", wxPoint(0, 0),
+                                   wxSize(1100, 700));
         auto* panel = new wxPanel(window.frame);
         window.control = new uiframe7::CBaseControl(panel);
         window.grid = new gridview8::CGrid(window.control);

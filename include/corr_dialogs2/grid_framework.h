@@ -159,8 +159,7 @@ public:
 // checked. A left press on a check cell, or space on the current row,
 // toggles the row; every change through set_checked is announced by
 // check_changed() with the row and its new state.
-template <class Model>
-class CORR_DIALOGS2_API check_column_t : public Model
+template <class Model> class CORR_DIALOGS2_API check_column_t : public Model
 {
 public:
     using model_type = Model;

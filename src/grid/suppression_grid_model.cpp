@@ -45,7 +45,8 @@ std::uint32_t suppression_grid_model_t::file_index(const suppression_file_ptr& f
 
 std::uint32_t suppression_grid_model_t::file_index_of(const rule_set_ptr& rule_set)
 {
-    const auto store_file = rule_set ? rule_set->get_file() : boost::shared_ptr<probstore3::suppression_file_t>();
+    const auto store_file =
+        rule_set ? rule_set->get_file() : boost::shared_ptr<probstore3::suppression_file_t>();
     if (!store_file)
         return no_file;
     const auto found = m_store_file_indexes.find(store_file.get());
@@ -82,7 +83,8 @@ void suppression_grid_model_t::add_rules(const std::vector<rule_set_ptr>& rule_s
 
 void suppression_grid_model_t::add_file(const suppression_file_ptr& file)
 {
-    const auto store_file = file ? file->get_file() : boost::shared_ptr<probstore3::suppression_file_t>();
+    const auto store_file =
+        file ? file->get_file() : boost::shared_ptr<probstore3::suppression_file_t>();
     if (!store_file)
         return;
     // Rule sets of this store file found later share the given wrapper.
@@ -102,7 +104,8 @@ void suppression_grid_model_t::clear()
 void suppression_grid_model_t::update_row_heights()
 {
     for (auto& row : m_rows)
-        row.lines = std::max(1, row.rule_set ? static_cast<int>(row.rule_set->get_rules().size()) : 0);
+        row.lines =
+            std::max(1, row.rule_set ? static_cast<int>(row.rule_set->get_rules().size()) : 0);
     UpdateModelState();
 }
 
@@ -235,8 +238,9 @@ std::wstring suppression_grid_model_t::rule_text(const rule_ptr& rule, int col) 
 {
     switch (col) {
     case problem_column:
-        return rule->is_item_active(sdt_problem_type) ? rule->get_field_value(sdt_problem_type)
-                                                      : translate(L"dlg.suppression_grid.any_problem");
+        return rule->is_item_active(sdt_problem_type)
+                   ? rule->get_field_value(sdt_problem_type)
+                   : translate(L"dlg.suppression_grid.any_problem");
     case description_column:
         return rule->is_item_active(sdt_description)
                    ? rule->get_field_value(sdt_description)
@@ -294,7 +298,8 @@ int suppression_grid_model_t::GetCellTextAlign(int, int) const
     return grid_text::cell_align;
 }
 
-void suppression_grid_model_t::OnSortColumn(int col, gridview8::IHeaderItem::SortingDirection direction)
+void suppression_grid_model_t::OnSortColumn(int col,
+                                            gridview8::IHeaderItem::SortingDirection direction)
 {
     if (col < 0 || col >= column_count || direction == gridview8::IHeaderItem::sdNone)
         return;

@@ -126,12 +126,16 @@ protected:
     void fill(editable_suppression_grid_model_t& m) { m.add_rules(files.all_rule_sets()); }
     void fill(editable_aspect_grid_model_t& m) { m.init(candidates("memcheck_leaks.xml")); }
     void fill(editable_combo_aspect_model_t& m) { m.init(candidates("memcheck_leaks.xml")); }
-    void fill(editable_stack_grid_model_t& m) { m.init(candidates("memcheck_leaks.xml")->get_rules().front()); }
+    void fill(editable_stack_grid_model_t& m)
+    {
+        m.init(candidates("memcheck_leaks.xml")->get_rules().front());
+    }
     M model;
 };
 
-using editable_models = ::testing::Types<editable_suppression_grid_model_t, editable_aspect_grid_model_t,
-                                         editable_combo_aspect_model_t, editable_stack_grid_model_t>;
+using editable_models =
+    ::testing::Types<editable_suppression_grid_model_t, editable_aspect_grid_model_t,
+                     editable_combo_aspect_model_t, editable_stack_grid_model_t>;
 TYPED_TEST_SUITE(check_cell_window, editable_models);
 
 } // namespace
@@ -155,13 +159,20 @@ TYPED_TEST(check_cell_window, LeftClickOnACheckCellTogglesTheRowAndNotifies)
     EXPECT_EQ(m.GetCellImageIndex(2, check), 0);
 
     this->click(this->cell_centre(2, check), wxMOUSE_BTN_RIGHT); // not the left button
-    this->click(this->cell_centre(1, 0));                         // not the check column
+    this->click(this->cell_centre(1, 0));                        // not the check column
     EXPECT_EQ(seen.size(), 1u);
 
     this->click(this->cell_centre(2, check));
     ASSERT_TRUE(corr_test::wait_until([&] { return seen.size() == 2; }));
     EXPECT_EQ(seen.back(), std::make_pair(2, true));
     EXPECT_TRUE(m.is_checked(2));
+
+    // Space toggles the current row.
+    this->grid->SetCurrentRow(1);
+    wxUIActionSimulator sim;
+    sim.Char(' ');
+    ASSERT_TRUE(corr_test::wait_until([&] { return seen.size() == 3; }));
+    EXPECT_EQ(seen.back(), std::make_pair(1, false));
 }
 
 TEST_F(model_window, ViewButtonReportsTheRuleLineAndIgnoresRightAndRepeatedPresses)
@@ -294,7 +305,8 @@ TEST_F(model_window, StackComboPicksWriteAtOnceAndOpenEditsAreSaved)
     ASSERT_TRUE(corr_test::wait_until([&] { return grid->IsEditing(); }));
     wxUIActionSimulator sim;
     ASSERT_TRUE(sim.Select(word(L"dlg.suppression_grid.any_value")));
-    ASSERT_TRUE(corr_test::wait_until([&] { return !stack->is_frame_field_active(0, sdt_source); }));
+    ASSERT_TRUE(
+        corr_test::wait_until([&] { return !stack->is_frame_field_active(0, sdt_source); }));
     EXPECT_FALSE(stack->is_frame_field_active(0, sdt_line));
     EXPECT_TRUE(stack->is_frame_field_active(0, sdt_module));
     sim.Char(WXK_ESCAPE); // cancelling takes the pick back

@@ -48,10 +48,11 @@ TEST(SuppressionGrid, ColumnsAndCaptionsIncludingTheStackCaptionBeyondTheColumns
 {
     suppression_grid_model_t model;
     EXPECT_EQ(model.GetColumnCount(), 6);
-    const wchar_t* keys[] = {L"dlg.suppression_grid.name",     L"dlg.suppression_grid.file",
-                             L"dlg.suppression_grid.problem",  L"dlg.suppression_grid.description",
-                             L"dlg.suppression_grid.code_location", L"dlg.suppression_grid.locations",
-                             L"dlg.suppression_grid.stack"};
+    const wchar_t* keys[] = {
+        L"dlg.suppression_grid.name",          L"dlg.suppression_grid.file",
+        L"dlg.suppression_grid.problem",       L"dlg.suppression_grid.description",
+        L"dlg.suppression_grid.code_location", L"dlg.suppression_grid.locations",
+        L"dlg.suppression_grid.stack"};
     for (int col = 0; col <= 6; ++col) {
         EXPECT_EQ(model.GetColumnCaption(col), word(keys[col])) << col;
         EXPECT_EQ(model.GetColumnImageIndex(col), -1);
@@ -71,8 +72,8 @@ TEST(SuppressionGrid, RowsKnowTheirRuleSetFileAndShowOneLinePerRule)
     suppression_grid_model_t model;
     model.add_rules(files.all_rule_sets());
     ASSERT_EQ(model.GetRowCount(), 4);
-    EXPECT_EQ(names_of(model),
-              (std::vector<std::wstring>{L"Use after free", L"Counter races", L"Leaks", L"Library bugs"}));
+    EXPECT_EQ(names_of(model), (std::vector<std::wstring>{L"Use after free", L"Counter races",
+                                                          L"Leaks", L"Library bugs"}));
     EXPECT_EQ(model.GetCellText(1, 1), L"team.sup");
     EXPECT_EQ(model.GetCellText(3, 1), L"other.sup");
     EXPECT_EQ(model.get_file_path(2), (files.dir / "team.sup").wstring());
@@ -89,13 +90,15 @@ TEST(SuppressionGrid, RowsKnowTheirRuleSetFileAndShowOneLinePerRule)
     EXPECT_FALSE(model.get_rule(1, -1));
 
     EXPECT_EQ(model.GetCellText(1, 2), L"Data race\nData race\n");
-    EXPECT_EQ(model.GetCellText(1, 3),
-              lines_of(races, [](const rule_ptr& r) { return r->get_field_value(sdt_description); }));
+    EXPECT_EQ(model.GetCellText(1, 3), lines_of(races, [](const rule_ptr& r) {
+                  return r->get_field_value(sdt_description);
+              }));
     EXPECT_EQ(model.GetCellText(1, 4),
               lines_of(races, [](const rule_ptr& r) { return create_rule_description(r, {}); }));
     EXPECT_NE(model.GetCellText(1, 4).find(L"worker - "), std::wstring::npos);
     const int race_frames = races->get_rules()[0]->get_stack(false)->stack_size();
-    EXPECT_EQ(model.GetCellText(1, 5), frames_used(1, race_frames) + L"\n" + frames_used(1, race_frames) + L"\n");
+    EXPECT_EQ(model.GetCellText(1, 5),
+              frames_used(1, race_frames) + L"\n" + frames_used(1, race_frames) + L"\n");
     EXPECT_EQ(model.GetCellTextAlign(1, 2), 33);
     EXPECT_EQ(model.GetCellImageIndex(1, 2), -1);
 
@@ -158,8 +161,8 @@ TEST(SuppressionGrid, SortingMovesTheCheckFlagsWithTheRows)
     const int leaks_height = model.GetItemSize(2);
 
     model.OnSortColumn(0, gridview8::IHeaderItem::sdAscending);
-    EXPECT_EQ(names_of(model),
-              (std::vector<std::wstring>{L"Counter races", L"Leaks", L"Library bugs", L"Use after free"}));
+    EXPECT_EQ(names_of(model), (std::vector<std::wstring>{L"Counter races", L"Leaks",
+                                                          L"Library bugs", L"Use after free"}));
     EXPECT_FALSE(model.is_checked(1));
     EXPECT_TRUE(model.is_checked(0) && model.is_checked(2) && model.is_checked(3));
     EXPECT_EQ(model.GetItemSize(1), leaks_height);
@@ -171,8 +174,8 @@ TEST(SuppressionGrid, SortingMovesTheCheckFlagsWithTheRows)
 
     // The check column sorts checked rows first, keeping their order.
     model.OnSortColumn(model.get_check_column(), gridview8::IHeaderItem::sdAscending);
-    EXPECT_EQ(names_of(model),
-              (std::vector<std::wstring>{L"Use after free", L"Library bugs", L"Counter races", L"Leaks"}));
+    EXPECT_EQ(names_of(model), (std::vector<std::wstring>{L"Use after free", L"Library bugs",
+                                                          L"Counter races", L"Leaks"}));
     EXPECT_FALSE(model.is_checked(3));
     EXPECT_TRUE(model.is_checked(0) && model.is_checked(1) && model.is_checked(2));
 }
@@ -186,7 +189,8 @@ TEST(AspectGrid, CaptionsAndColumnsFollowTheStackButton)
     ASSERT_EQ(model.get_count(), 3);
     EXPECT_EQ(model.GetColumnCount(), 5);
     EXPECT_EQ(model.get_simple_columns_count(), 2);
-    EXPECT_EQ(model.GetColumnCaption(0), leaks->get_rules()[0]->get_datatype_international(sdt_problem_type));
+    EXPECT_EQ(model.GetColumnCaption(0),
+              leaks->get_rules()[0]->get_datatype_international(sdt_problem_type));
     EXPECT_EQ(model.GetColumnCaption(1), word(L"dlg.suppression_grid.description"));
     EXPECT_EQ(model.GetColumnCaption(2), word(L"dlg.suppression_grid.code_location"));
 
