@@ -361,6 +361,31 @@ TEST_F(CorrToolSuppressions, AnyProblemTypeAndExtraFiles)
     EXPECT_EQ(read_file(extra), two);
 }
 
+TEST_F(CorrToolSuppressions, ProjectFilesCountAfterTheResultsOwn)
+{
+    // m_dir holds the result, so it becomes its project.
+    std::ofstream(m_dir / "project.corrproj") << "";
+    fs::create_directories(m_dir / "suppressions");
+    const fs::path project_file = m_dir / "suppressions" / "project.sup";
+    ASSERT_EQ(run("suppress " + quoted(m_result) + " --problem 4 --problem 5 --file " +
+                  quoted(project_file) + " --name Project")
+                  .status,
+              0);
+    ASSERT_EQ(run("suppress " + quoted(m_result) + " --problem 5 --file own.sup --name Own").status, 0);
+    const json list = problems();
+    EXPECT_EQ(list[3].at("suppressed_by"), "Project");
+    EXPECT_EQ(list[4].at("suppressed_by"), "Own");
+    EXPECT_TRUE(list[5].at("suppressed_by").is_null());
+    EXPECT_NE(run("check " + quoted(m_result)).out.find(", 2 suppressed"), std::string::npos);
+
+    const auto r = run("suppressions " + quoted(m_result / "sample.corr") + " --json");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const json files = json::parse(r.out).at("files");
+    ASSERT_EQ(files.size(), 2u);
+    EXPECT_EQ(files[0].at("suppressions")[0].at("name"), "Own");
+    EXPECT_EQ(files[1].at("path"), project_file.string());
+}
+
 TEST_F(CorrToolSuppressions, BadInputFailsWithStatusTwoAndChangesNothing)
 {
     ASSERT_EQ(run("suppress " + quoted(m_result) + " --problem 1 --file team.sup --name One").status,
