@@ -25,6 +25,7 @@
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
+#include <wx/xrc/xmlres.h>
 
 #include <algorithm>
 

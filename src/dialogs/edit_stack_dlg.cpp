@@ -7,6 +7,7 @@
 
 #include <wx/button.h>
 #include <wx/panel.h>
+#include <wx/xrc/xmlres.h>
 
 namespace corr_dialogs2 {
 
