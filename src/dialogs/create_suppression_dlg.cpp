@@ -358,15 +358,17 @@ void create_suppression_dlg_t::on_init_dialog()
 
 void create_suppression_dlg_t::setup_dialog_size()
 {
-    Layout();
-    // Room for a few rows whatever the font; the grid takes what is left.
-    const wxSize size = get_proportional_size(0.75, 0.7, wxSize(520, 300));
-    SetMinSize(GetBestSize());
-    SetSize(size);
+    // The explanation is wrapped to the base width first, so that the best
+    // size is not one line of it.
+    const wxSize base(400, 250);
+    const int wrap_width = ConvertDialogToPixels(base).x - 80;
     if (m_explanation) {
         m_explanation->SetLabel(m_explanation_text);
-        m_explanation->Wrap(std::max(200, GetClientSize().x - 80));
+        m_explanation->Wrap(wrap_width);
     }
+    Layout();
+    SetMinSize(GetBestSize());
+    SetSize(get_proportional_size(0.75, 0.7, base));
     Layout();
     CentreOnParent();
     shareddlg3::move_to_visible_area(this);
@@ -424,9 +426,10 @@ void create_suppression_dlg_t::on_checkbox(wxCommandEvent& event)
 void create_suppression_dlg_t::on_resize(wxSizeEvent& event)
 {
     event.Skip();
-    if (m_explanation && IsShown()) {
+    // Wider than the base: the explanation may take fewer lines.
+    if (m_explanation && IsShown() && event.GetSize().x > GetMinSize().x) {
         m_explanation->SetLabel(m_explanation_text);
-        m_explanation->Wrap(std::max(200, event.GetSize().x - 80));
+        m_explanation->Wrap(event.GetSize().x - 80);
     }
 }
 

@@ -112,8 +112,7 @@ void delete_suppression_dlg_t::compare_and_set_text_width(int& width, const wxSt
 void delete_suppression_dlg_t::calculate_min_size()
 {
     int width = 0;
-    if (m_staticText41)
-        compare_and_set_text_width(width, m_staticText41->GetLabel(), false);
+    // The explanation wraps; the captions of the grid do not.
     for (int col = 0; col < m_model.GetColumnCount(); ++col)
         compare_and_set_text_width(width, m_model.GetColumnCaption(col) + L"    ", true);
     const wxSize best = GetBestSize();
@@ -137,8 +136,11 @@ void delete_suppression_dlg_t::on_init_dialog()
     m_grid->wire(m_model, m_header, nullptr, &m_resizing, m_tooltips.get());
 
     set_title(translate(L"dlg.suppressions.del.title"));
+    const wxSize base(420, 200);
+    if (m_staticText41)
+        m_staticText41->Wrap(ConvertDialogToPixels(base).x - 40);
     calculate_min_size();
-    SetSize(get_proportional_size(0.75, 0.6, wxSize(520, 240)));
+    SetSize(get_proportional_size(0.75, 0.6, base));
     CentreOnParent();
     shareddlg3::move_to_visible_area(this);
     validate_dialog_data();

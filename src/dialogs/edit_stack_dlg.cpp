@@ -7,7 +7,10 @@
 
 #include <wx/button.h>
 #include <wx/panel.h>
+#include <wx/stattext.h>
 #include <wx/xrc/xmlres.h>
+
+#include <algorithm>
 
 namespace corr_dialogs2 {
 
@@ -91,10 +94,22 @@ void edit_stack_dlg_t::on_init_dialog()
         m_model.init(window);
         m_model.set_window(window);
     }
-    m_resizing.SetFixedWidth(m_model.get_check_column(), detail::check_column_width(this));
+    // The check column carries a caption ("use in rule") here: room for it.
+    const int check_column = m_model.get_check_column();
+    m_resizing.SetFixedWidth(check_column, std::max(detail::check_column_width(this),
+                                                    GetTextExtent(m_model.GetColumnCaption(check_column)).x + 24));
+    const auto& fields = stack_combo_grid_model_t::get_stack_datatypes();
+    const auto line = std::find(fields.begin(), fields.end(), suppfmt3::sdt_line);
+    if (line != fields.end()) // line numbers are short
+        m_resizing.SetFixedWidth(static_cast<int>(line - fields.begin()), GetTextExtent(L"Line 00000").x);
     m_grid->wire(m_model, m_header, &m_model, &m_resizing, &m_tooltips);
 
-    SetSize(get_proportional_size(0.7, 0.6, wxSize(440, 200)));
+    const wxSize base(360, 200);
+    if (auto* explanation = find_control<wxStaticText>(L"m_edit_stack_explanation"))
+        explanation->Wrap(ConvertDialogToPixels(base).x - 40);
+    Layout();
+    SetMinSize(GetBestSize());
+    SetSize(get_proportional_size(0.7, 0.6, base));
     CentreOnParent();
 }
 

@@ -85,7 +85,7 @@ void stack_dlg_t::on_init_dialog()
             m_staticline4->Hide();
     }
 
-    SetSize(get_proportional_size(0.6, 0.6, wxSize(360, 200)));
+    SetSize(get_proportional_size(0.6, 0.6, wxSize(320, 180)));
     CentreOnParent();
 }
 

@@ -13,10 +13,11 @@
 
 #include <gtest/gtest.h>
 
-#include <wx/dcmemory.h>
-#include <wx/dcscreen.h>
 #include <wx/image.h>
 #include <wx/imagpng.h>
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
 #include <wx/toplevel.h>
 #include <wx/window.h>
 
@@ -144,18 +145,28 @@ inline void screenshot(wxTopLevelWindow& window, const std::string& name)
     ASSERT_TRUE(corr_test::wait_until([&] { return window.IsShownOnScreen(); }));
     window.Update();
     corr_test::pump_events(300);
-    const wxRect rect = window.GetScreenRect();
-    wxBitmap bitmap(rect.width, rect.height, 24);
-    {
-        wxScreenDC screen;
-        wxMemoryDC memory(bitmap);
-        memory.Blit(0, 0, rect.width, rect.height, &screen, rect.x, rect.y);
-    }
+    // Read straight from the X server: wxScreenDC hands back a stale image
+    // after its first use with GTK 3.
+    const wxRect rect = window.GetScreenRect().Intersect(wxRect(wxGetDisplaySize()));
+    ASSERT_FALSE(rect.IsEmpty()) << name << " is off screen";
+    Display* display = XOpenDisplay(nullptr);
+    ASSERT_TRUE(display);
+    XImage* shot = XGetImage(display, DefaultRootWindow(display), rect.x, rect.y, unsigned(rect.width),
+                             unsigned(rect.height), AllPlanes, ZPixmap);
+    ASSERT_TRUE(shot);
+    wxImage image(rect.width, rect.height);
+    for (int y = 0; y < rect.height; ++y)
+        for (int x = 0; x < rect.width; ++x) {
+            const unsigned long pixel = XGetPixel(shot, x, y);
+            image.SetRGB(x, y, (pixel >> 16) & 0xff, (pixel >> 8) & 0xff, pixel & 0xff);
+        }
+    XDestroyImage(shot);
+    XCloseDisplay(display);
     if (!wxImage::FindHandler(wxBITMAP_TYPE_PNG))
         wxImage::AddHandler(new wxPNGHandler);
     fs::create_directories(CORR_SCREENSHOT_DIR);
     const fs::path file = fs::path(CORR_SCREENSHOT_DIR) / (name + ".png");
-    EXPECT_TRUE(bitmap.SaveFile(file.string(), wxBITMAP_TYPE_PNG)) << file;
+    EXPECT_TRUE(image.SaveFile(file.string(), wxBITMAP_TYPE_PNG)) << file;
 }
 
 } // namespace suppdlg_test
