@@ -10,15 +10,7 @@ namespace {
 // Built once, on the first translation, and kept for the process.
 const platkit::generic::varg_list& product_arguments()
 {
-    static const platkit::generic::varg_list args = [] {
-        platkit::generic::varg_list list;
-        const auto locations = settings2::IProductLocations::get();
-        auto name = [&](int which) { return locations ? locations->getProductName(which) : std::wstring(); };
-        list.add(L"prod_name", name(0));
-        list.add(L"product_ascii_name", name(1));
-        list.add(L"prod_short_name", name(5));
-        return list;
-    }();
+    static const platkit::generic::varg_list args = settings2::product_name_arguments();
     return args;
 }
 

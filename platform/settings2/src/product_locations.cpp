@@ -49,4 +49,15 @@ basekit2::path_t product_locations_t::getResourceDirectory() const
     return m_resource_dir;
 }
 
+platkit::generic::varg_list product_name_arguments()
+{
+    const auto locations = IProductLocations::get();
+    auto name = [&](int which) { return locations ? locations->getProductName(which) : std::wstring(); };
+    platkit::generic::varg_list list;
+    list.add(L"prod_name", name(0));
+    list.add(L"product_ascii_name", name(1));
+    list.add(L"prod_short_name", name(5));
+    return list;
+}
+
 } // namespace settings2

@@ -1,9 +1,12 @@
 // main() of the GUI tests: starts a wxApp, turns wx and platform assertions
 // into test failures, and runs the tests on the GUI thread.
 #include "gui_test.h"
+#include "modal_expectations.h"
 
 #include "platkit/debug/assert.h"
+#include "platkit/strings/convert.h"
 #include "settings2/product_locations.h"
+#include "settings2/resource_catalogs.h"
 #include "wxkit1/tasks/scheduler.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +14,7 @@
 #include <wx/init.h>
 #include <wx/log.h>
 
+#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -42,8 +46,7 @@ bool listing_only(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
-    // Asked before InitGoogleTest, which removes the gtest flags from argv.
-    const bool listing = listing_only(argc, argv);
+    const bool listing = listing_only(argc, argv); // before gtest takes its flags out of argv
     testing::InitGoogleTest(&argc, argv);
     if (listing)
         return RUN_ALL_TESTS(); // test discovery needs no display
@@ -64,10 +67,21 @@ int main(int argc, char** argv)
     settings2::IProductLocations::set(std::make_shared<settings2::product_locations_t>(
         L"Correctness Analyzer", L"corr-analyzer", L"CorrA", basekit2::path_t::from_utf8(CORR_RESOURCE_DIR)));
 
+    // Every dialog needs its catalogue; without them no GUI test means anything.
+    const basekit2::path_t resources = settings2::IProductLocations::get()->getResourceDirectory();
+    const auto report = settings2::load_resource_catalogs(resources);
+    if (!report.ok()) {
+        std::fprintf(stderr, "Cannot load the resource catalogues from %s:\n%s\n", resources.utf8().c_str(),
+                     platkit::strings::wide_to_utf8(report.error_text()).c_str());
+        return 2;
+    }
+    corr_test::detail::install_modal_guards();
     wxkit1::tasks::Scheduler::Initialize();
+
     const int rc = RUN_ALL_TESTS();
     wxkit1::tasks::Scheduler::Shutdown();
 
+    corr_test::detail::remove_modal_guards();
     settings2::IProductLocations::set(nullptr);
     wxTheApp->OnExit();
     wxEntryCleanup();

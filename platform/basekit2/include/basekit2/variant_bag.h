@@ -15,6 +15,8 @@ public:
     bool has(const std::wstring& key) const { return m_values.count(key) != 0; }
     // The value of a key, or an empty variant.
     platkit::types::variant get(const std::wstring& key) const;
+    // The value of a key, or fallback when the key is absent.
+    platkit::types::variant get(const std::wstring& key, const platkit::types::variant& fallback) const;
     void put(const std::wstring& key, platkit::types::variant value);
     bool erase(const std::wstring& key) { return m_values.erase(key) != 0; }
     bool empty() const { return m_values.empty(); }

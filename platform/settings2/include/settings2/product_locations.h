@@ -2,6 +2,7 @@
 // Where the product lives and what it is called. The host initialises the
 // service once at start-up; until then get() returns null.
 #include "basekit2/path.h"
+#include "platkit/generic/argument.h"
 
 #include <memory>
 #include <string>
@@ -38,5 +39,10 @@ private:
     std::wstring m_full, m_ascii, m_short;
     basekit2::path_t m_resource_dir;
 };
+
+// The product names as message arguments, read from the installed service
+// now: "prod_name" (name 0), "product_ascii_name" (1), "prod_short_name" (5).
+// Empty strings when no service is installed.
+platkit::generic::varg_list product_name_arguments();
 
 } // namespace settings2
