@@ -56,9 +56,9 @@ problems_view_t::problems_view_t(wxWindow* parent, const result_session_t& sessi
 
 problems_view_t::~problems_view_t()
 {
-    // The grids are destroyed with the child windows, after the models.
-    m_grid->DetachModels();
-    m_stack_grid->DetachModels();
+    // The grids borrow the models, which are members: the child windows
+    // (and the grids in them) must go first.
+    DestroyChildren();
 }
 
 void problems_view_t::refresh()

@@ -61,7 +61,9 @@ suppressions_view_t::suppressions_view_t(wxWindow* parent, const result_session_
 
 suppressions_view_t::~suppressions_view_t()
 {
-    m_grid->DetachModels();
+    // The grids borrow the models, which are members: the child windows
+    // (and the grids in them) must go first.
+    DestroyChildren();
 }
 
 void suppressions_view_t::refresh()
