@@ -58,36 +58,20 @@ void main_frame_t::build_menus()
     auto* file = new wxMenu;
     file->Append(id_import, translate(L"corrview.menu.import"));
     file->Append(id_open, translate(L"corrview.menu.open"));
-    file->Append(id_export, translate(L"corrview.menu.export"));
     file->AppendSeparator();
     file->Append(wxID_EXIT, translate(L"corrview.menu.exit"));
-
-    auto* suppressions = new wxMenu;
-    suppressions->Append(id_create_suppression, translate(L"corrview.menu.create_suppression"));
-    suppressions->Append(id_delete_suppression, translate(L"corrview.menu.delete_suppression"));
-    suppressions->Append(id_view_stack, translate(L"corrview.menu.view_stack"));
-
-    auto* tools = new wxMenu;
-    tools->Append(id_filter_sources, translate(L"corrview.menu.filter_sources"));
 
     auto* help = new wxMenu;
     help->Append(wxID_ABOUT, translate(L"corrview.menu.about"));
 
     auto* bar = new wxMenuBar;
     bar->Append(file, translate(L"corrview.menu.file"));
-    bar->Append(suppressions, translate(L"corrview.menu.suppressions"));
-    bar->Append(tools, translate(L"corrview.menu.tools"));
     bar->Append(help, translate(L"corrview.menu.help"));
     SetMenuBar(bar);
 
     Bind(wxEVT_MENU, [this](wxCommandEvent&) { on_import(); }, id_import);
     Bind(wxEVT_MENU, [this](wxCommandEvent&) { on_open(); }, id_open);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { on_export(); }, id_export);
     Bind(wxEVT_MENU, [this](wxCommandEvent&) { Close(); }, wxID_EXIT);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { on_create_suppression(); }, id_create_suppression);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { on_delete_suppression(); }, id_delete_suppression);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { on_view_stack(); }, id_view_stack);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { on_filter_sources(); }, id_filter_sources);
     Bind(wxEVT_MENU, [this](wxCommandEvent&) { on_about(); }, wxID_ABOUT);
 }
 
@@ -148,7 +132,8 @@ void main_frame_t::update_actions()
     wxMenuBar* bar = GetMenuBar();
     for (int id : {int(id_export), int(id_create_suppression), int(id_delete_suppression), int(id_view_stack),
                    int(id_filter_sources)})
-        bar->Enable(id, open);
+        if (bar->FindItem(id))
+            bar->Enable(id, open);
 }
 
 void main_frame_t::on_open()
@@ -206,16 +191,6 @@ void main_frame_t::import_finished(import_job_t& job)
     if (!warnings.empty())
         show_info(this, translate(L"corrview.import.warnings.title"), join_lines(warnings));
 }
-
-void main_frame_t::on_export() {}
-
-void main_frame_t::on_filter_sources() {}
-
-void main_frame_t::on_create_suppression() {}
-
-void main_frame_t::on_delete_suppression() {}
-
-void main_frame_t::on_view_stack() {}
 
 void main_frame_t::on_about()
 {

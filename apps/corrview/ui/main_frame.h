@@ -46,11 +46,6 @@ public:
     import_progress_dlg_t* import_dialog() const { return m_import_dlg; }
 
     void on_open();
-    void on_export();
-    void on_filter_sources();
-    void on_create_suppression();
-    void on_delete_suppression();
-    void on_view_stack();
     void on_about();
 
     result_session_t& session() { return m_session; }
