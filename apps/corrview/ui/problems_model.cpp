@@ -5,6 +5,8 @@
 #include "corr_dialogs2/ui_utils.h"
 #include "platkit/strings/convert.h"
 
+#include <wx/settings.h>
+
 #include <algorithm>
 #include <numeric>
 
@@ -170,7 +172,12 @@ bool stack_model_t::GetAttr(int row, int, gridview8::CCellAttr& attr) const
     if (!p || row < 0 || static_cast<size_t>(row) >= m_rows.size())
         return false;
     const row_t& r = m_rows[static_cast<size_t>(row)];
-    if (r.frame < 0 || (r.stack == 0 && r.frame == p->best_level)) {
+    if (r.frame < 0) {
+        attr.bold = true;
+        attr.back_color = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE);
+        return true;
+    }
+    if (r.stack == 0 && r.frame == p->best_level) {
         attr.bold = true;
         return true;
     }

@@ -58,7 +58,7 @@ public:
     int GetColumnCount() const override { return col_count; }
     std::wstring GetColumnCaption(int col) const override;
     std::wstring GetCellText(int row, int col) const override;
-    // Caption rows are bold; the best frame is highlighted.
+    // Caption rows are bold on a shaded background; the best frame is bold.
     bool GetAttr(int row, int col, gridview8::CCellAttr& attr) const override;
 
 private:
