@@ -7,6 +7,8 @@
 // target archive.
 #include "corr_engine/archiver.h"
 
+#include "corr_engine/engine.h"
+
 #include "platkit/strings/convert.h"
 
 #include <sys/stat.h>
@@ -568,6 +570,80 @@ private:
 };
 
 } // namespace
+
+namespace {
+
+bool is_inside(const fs::path& file, const fs::path& dir)
+{
+    auto f = file.begin();
+    for (auto d = dir.begin(); d != dir.end() && !d->empty(); ++d, ++f)
+        if (f == file.end() || *f != *d)
+            return false;
+    return true;
+}
+
+} // namespace
+
+std::vector<basekit2::path_t> archiver_t::get_source_files(engine_t& engine)
+{
+    std::vector<fs::path> dirs;
+    for (const auto& d : engine.get_source_dirs())
+        dirs.push_back(d.fs().lexically_normal());
+    std::vector<basekit2::path_t> out;
+    const auto problems = engine.get_problems();
+    if (!problems)
+        return out;
+    std::set<std::string> seen; // frame sources repeat a lot: judge each once
+    std::set<fs::path> added;
+    for (const auto& problem : *problems)
+        for (const auto& stack : problem.stacks)
+            for (const auto& frame : stack.frames) {
+                if (frame.source.empty() || !seen.insert(frame.source).second)
+                    continue;
+                const fs::path named = fs::u8path(frame.source);
+                fs::path chosen;
+                std::error_code ec;
+                if (dirs.empty()) {
+                    if (named.is_absolute() && fs::is_regular_file(named, ec))
+                        chosen = named.lexically_normal();
+                } else if (named.is_absolute()) {
+                    const fs::path normal = named.lexically_normal();
+                    for (const auto& d : dirs)
+                        if (is_inside(normal, d))
+                            chosen = normal;
+                } else {
+                    // Relative names are mostly the C library's own
+                    // ("csu/../csu/libc-start.c"): only one found in a
+                    // source folder is the result's.
+                    for (const auto& d : dirs) {
+                        const fs::path candidate = (d / named).lexically_normal();
+                        if (fs::is_regular_file(candidate, ec)) {
+                            chosen = candidate;
+                            break;
+                        }
+                    }
+                }
+                if (!chosen.empty() && added.insert(chosen).second)
+                    out.emplace_back(chosen);
+            }
+    return out;
+}
+
+archiver_t::error_code_t archiver_t::pack(const basekit2::intrusive_pointer_t<engine_t>& engine,
+                                          zipfile_impl_t& zip, unsigned flags,
+                                          notify2::IMessenger* messenger,
+                                          notify2::IProgress* progress)
+{
+    if (!engine || !engine->has_result()) {
+        report(messenger, notify2::msg_error, L"There is no result to export.");
+        zip.discard();
+        return no_result;
+    }
+    pack_source_t source{engine->get_result_dir(), {}};
+    if (flags & include_sources)
+        source.source_files = get_source_files(*engine);
+    return pack(source, zip, flags, messenger, progress);
+}
 
 std::wstring archiver_t::get_default_file_ext()
 {

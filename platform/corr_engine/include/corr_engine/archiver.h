@@ -4,6 +4,7 @@
 // files. Inside the archive everything lies under one folder named as the
 // result directory; source files lie under <folder>/sources/ with their
 // absolute path below it ("/home/me/a.c" -> "<folder>/sources/home/me/a.c").
+#include "basekit2/intrusive.h"
 #include "basekit2/path.h"
 #include "corr_engine/zipfile.h"
 #include "notify2/messenger.h"
@@ -20,6 +21,8 @@ struct pack_source_t
     basekit2::path_t result_dir;                // the folder holding <name>.corr
     std::vector<basekit2::path_t> source_files; // packed with archiver_t::include_sources
 };
+
+class engine_t;
 
 struct pack_options_t
 {
@@ -54,6 +57,19 @@ public:
     static error_code_t pack(const pack_source_t& source, zipfile_impl_t& zip, unsigned flags,
                              notify2::IMessenger* messenger, notify2::IProgress* progress,
                              const pack_options_t& options = {});
+
+    // Packs the result open in engine. The sources (with include_sources)
+    // are the files that the problems' stack frames name and that lie in one
+    // of the result's source folders (a missing one is warned about; a
+    // relative name counts when one of the folders has it); when the result
+    // names no source folders, every named file that exists.
+    // No engine, or one without a result: no_result.
+    static error_code_t pack(const basekit2::intrusive_pointer_t<engine_t>& engine,
+                             zipfile_impl_t& zip, unsigned flags, notify2::IMessenger* messenger,
+                             notify2::IProgress* progress);
+
+    // The source files of the result open in engine, as pack takes them.
+    static std::vector<basekit2::path_t> get_source_files(engine_t& engine);
 };
 
 } // namespace corr_engine

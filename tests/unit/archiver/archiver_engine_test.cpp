@@ -1,0 +1,125 @@
+// Exporting the result open in an engine: a real sanitizer report imported
+// into a real result directory, its referenced sources packed on request.
+#include "corr_engine/archiver.h"
+#include "corr_engine/engine.h"
+
+#include <gtest/gtest.h>
+#include <zip.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+
+namespace fs = std::filesystem;
+using corr_engine::archiver_t;
+using corr_engine::engine_t;
+using corr_engine::zipfile_impl_t;
+
+namespace {
+
+std::string read_text(const fs::path& p)
+{
+    std::ifstream in(p, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::set<std::string> entry_names(const fs::path& archive)
+{
+    std::set<std::string> out;
+    int code = 0;
+    zip_t* z = zip_open(archive.c_str(), ZIP_RDONLY, &code);
+    EXPECT_NE(nullptr, z);
+    if (!z)
+        return out;
+    for (zip_int64_t i = 0; i < zip_get_num_entries(z, 0); ++i)
+        out.insert(zip_get_name(z, static_cast<zip_uint64_t>(i), 0));
+    zip_discard(z);
+    return out;
+}
+
+struct message_count final : notify2::IMessenger
+{
+    int count = 0;
+    void message(std::uint32_t, const wchar_t*) override { ++count; }
+};
+
+class ArchiverEngine : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_root = fs::temp_directory_path() /
+                 ("corr-archiver-engine-" +
+                  std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
+        fs::create_directories(m_root / "src");
+        const fs::path samples(CORR_SAMPLES_DIR);
+        fs::copy_file(samples / "src" / "mem_overflow.c", m_root / "src" / "mem_overflow.c");
+        // The recorded report names the folder it was recorded in; point it
+        // at this copy of the sources.
+        std::string report = read_text(samples / "recorded" / "asan_overflow.txt");
+        const std::string recorded_dir = "/work/wt-samples/samples/src";
+        ASSERT_NE(std::string::npos, report.find(recorded_dir));
+        for (size_t at; (at = report.find(recorded_dir)) != std::string::npos;)
+            report.replace(at, recorded_dir.size(), (m_root / "src").string());
+        std::ofstream(m_root / "asan_overflow.txt") << report;
+    }
+    void TearDown() override { fs::remove_all(m_root); }
+
+    basekit2::intrusive_pointer_t<engine_t>
+    make_result(const std::vector<basekit2::path_t>& source_dirs)
+    {
+        auto engine = engine_t::create();
+        corr_engine::import_files_report_t report;
+        EXPECT_TRUE(engine->create_result(m_root / "results" / "run1", L"run1",
+                                          {m_root / "asan_overflow.txt"}, source_dirs, report));
+        return engine;
+    }
+
+    fs::path m_root;
+};
+
+} // namespace
+
+TEST_F(ArchiverEngine, PacksTheResultWithTheSourcesItsProblemsName)
+{
+    auto engine = make_result({m_root / "src"});
+    const auto sources = archiver_t::get_source_files(*engine);
+    ASSERT_EQ(1u, sources.size()) << "only the file in the source folder, not the C library's";
+    EXPECT_EQ(m_root / "src" / "mem_overflow.c", sources[0].fs());
+
+    zipfile_impl_t zip;
+    ASSERT_TRUE(zip.open_for_writing(m_root / "run1.corrz"));
+    message_count messages;
+    ASSERT_EQ(archiver_t::success,
+              archiver_t::pack(engine, zip, archiver_t::include_sources, &messages, nullptr));
+    EXPECT_EQ(0, messages.count);
+    const auto names = entry_names(m_root / "run1.corrz");
+    EXPECT_TRUE(names.count("run1/run1.corr"));
+    EXPECT_TRUE(names.count("run1/data/asan_overflow.txt"));
+    EXPECT_TRUE(names.count("run1/sources/" +
+                            (m_root / "src" / "mem_overflow.c").relative_path().generic_string()));
+}
+
+TEST_F(ArchiverEngine, WithoutSourceFoldersTheNamedFilesThatExistAreTaken)
+{
+    auto engine = make_result({});
+    const auto sources = archiver_t::get_source_files(*engine);
+    ASSERT_EQ(1u, sources.size());
+    EXPECT_EQ(m_root / "src" / "mem_overflow.c", sources[0].fs());
+}
+
+TEST_F(ArchiverEngine, NoEngineOrNoResultIsNoResult)
+{
+    zipfile_impl_t zip;
+    ASSERT_TRUE(zip.open_for_writing(m_root / "x.corrz"));
+    message_count messages;
+    EXPECT_EQ(archiver_t::no_result, archiver_t::pack(nullptr, zip, 0, &messages, nullptr));
+    EXPECT_FALSE(zip.is_open());
+    ASSERT_TRUE(zip.open_for_writing(m_root / "x.corrz"));
+    EXPECT_EQ(archiver_t::no_result,
+              archiver_t::pack(engine_t::create(), zip, 0, &messages, nullptr));
+    EXPECT_EQ(2, messages.count);
+    EXPECT_FALSE(fs::exists(m_root / "x.corrz"));
+}
