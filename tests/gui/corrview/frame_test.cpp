@@ -157,4 +157,31 @@ TEST_F(frame_test, ImportOfSomethingElseSaysWhyAndKeepsTheResult)
     EXPECT_EQ(problems().model().GetRowCount(), 24);
 }
 
+TEST_F(frame_test, OpenAnotherResultOrSayWhyNot)
+{
+    // A second result with one file, made the way corrtool makes results.
+    auto engine = corr_engine::engine_t::create();
+    corr_engine::import_files_report_t report;
+    ASSERT_TRUE(engine->create_result(basekit2::path_t(m_tmp / "other"), L"other",
+                                      {basekit2::path_t(recorded("ubsan_null.txt"))}, {}, report));
+    corr_test::modal_expectations modal;
+    modal.expect_file(engine->get_marker_file());
+    m_frame->on_open();
+    EXPECT_TRUE(modal.all_met());
+    EXPECT_EQ(m_frame->GetTitle().ToStdWstring(), L"other - Correctness Analyzer Viewer");
+    EXPECT_EQ(problems().model().GetRowCount(), static_cast<int>(engine->get_problems()->size()));
+
+    // Not a result: the user is told, and the open result stays.
+    std::wstring text;
+    modal.expect_file(basekit2::path_t(recorded("ubsan_null.txt")));
+    modal.expect<wxMessageDialog>([&](wxMessageDialog& d) {
+        text = d.GetMessage().ToStdWstring();
+        return int(wxID_OK);
+    });
+    m_frame->on_open();
+    EXPECT_TRUE(modal.all_met());
+    EXPECT_NE(text.find(L"The result cannot be opened:"), std::wstring::npos);
+    EXPECT_EQ(m_frame->GetTitle().ToStdWstring(), L"other - Correctness Analyzer Viewer");
+}
+
 } // namespace
