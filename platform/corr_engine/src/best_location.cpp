@@ -106,7 +106,7 @@ bool best_location_t::is_runtime_frame(const probstore3::frame_t& frame)
     return is_interposed_function(frame.function);
 }
 
-bool best_location_t::under_source_dir(const std::string& source) const
+bool best_location_t::in_source_dirs(const std::string& source) const
 {
     if (m_source_dirs.empty() || source.empty())
         return false;
@@ -119,7 +119,7 @@ bool best_location_t::is_own_code(const probstore3::frame_t& frame, std::string_
 {
     if (is_runtime_frame(frame))
         return false;
-    if (under_source_dir(frame.source))
+    if (in_source_dirs(frame.source))
         return true;
     if (is_system_source(frame.source))
         return false;

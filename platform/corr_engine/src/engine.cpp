@@ -1,5 +1,6 @@
 #include "corr_engine/engine.h"
 
+#include "corr_engine/best_location.h"
 #include "platkit/strings/convert.h"
 
 #include <algorithm>
@@ -305,6 +306,42 @@ public:
         return m_load_report;
     }
 
+    std::vector<path_t> get_source_files() override
+    {
+        const auto problems = get_problems();
+        std::vector<std::string> dirs;
+        for (const auto& d : get_source_dirs())
+            dirs.push_back(d.utf8());
+        const best_location_t filter(dirs);
+        std::set<std::string> seen;
+        std::vector<path_t> out;
+        for (const auto& p : *problems)
+            for (const auto& stack : p.stacks)
+                for (const auto& frame : stack.frames) {
+                    if (frame.source.empty() || frame.source.front() != '/' ||
+                        !seen.insert(frame.source).second)
+                        continue;
+                    if (!dirs.empty() && !filter.in_source_dirs(frame.source))
+                        continue;
+                    const path_t file = path_t::from_utf8(frame.source);
+                    std::error_code ec;
+                    if (fs::is_regular_file(file.fs(), ec))
+                        out.push_back(file);
+                }
+        std::sort(out.begin(), out.end());
+        return out;
+    }
+
+    pack_source_t get_pack_source() override
+    {
+        pack_source_t source;
+        source.result_dir = get_result_dir();
+        source.source_files = get_source_files();
+        return source;
+    }
+
+    suppressions_manager_t& get_suppressions_manager() override { return m_suppressions; }
+
     const std::wstring& last_error() const override { return m_error; }
 
 private:
@@ -506,7 +543,7 @@ private:
                                     (item.file.exists() ? L": no importer reads this file any more"
                                                         : L": missing from the result");
             } else {
-                item.report = importer->import(item.file, context, [&](probstore3::problem_t&& p) {
+                item.report = importer->import_file(item.file, context, [&](probstore3::problem_t&& p) {
                     // Ids past the count recorded at import go after every file.
                     if (p.id > data.problems) {
                         overflow.push_back(std::move(p));
@@ -539,6 +576,7 @@ private:
     std::shared_ptr<const problem_list_t> m_problems;
     import_files_report_t m_load_report;
     std::wstring m_error;
+    suppressions_manager_t m_suppressions;
 };
 
 } // namespace

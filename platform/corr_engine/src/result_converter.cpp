@@ -24,42 +24,52 @@ std::vector<std::shared_ptr<const result_importer_t>>& registry()
 }
 } // namespace
 
-import_report_t result_importer_t::scan_stream(std::istream& in, const std::wstring& name) const
+namespace {
+import_report_t cannot_open(const std::wstring& name)
+{
+    import_report_t report;
+    report.ok = false;
+    report.error = name + L": cannot open the file";
+    return report;
+}
+} // namespace
+
+import_report_t result_importer_t::import_file(const basekit2::path_t& file, const import_context_t&,
+                                               const problem_sink_t& sink) const
+{
+    return import(file, sink);
+}
+
+import_report_t result_importer_t::scan_file(const basekit2::path_t& file, const std::wstring&) const
+{
+    return import_file(file, import_context_t{}, [](probstore3::problem_t&&) {});
+}
+
+import_report_t stream_importer_t::scan_stream(std::istream& in, const std::wstring& name) const
 {
     return import_stream(in, name, import_context_t{}, [](probstore3::problem_t&&) {});
 }
 
-import_report_t result_importer_t::scan_file(const basekit2::path_t& file,
-                                             const std::wstring& name) const
+import_report_t stream_importer_t::import(const basekit2::path_t& file, const problem_sink_t& sink) const
 {
-    std::ifstream in(file.fs(), std::ios::binary);
-    if (!in) {
-        import_report_t report;
-        report.ok = false;
-        report.error = name + L": cannot open the file";
-        return report;
-    }
-    return scan_stream(in, name);
+    return import_file(file, import_context_t{}, sink);
 }
 
-import_report_t result_importer_t::import(const basekit2::path_t& file,
-                                          const problem_sink_t& sink) const
-{
-    return import(file, import_context_t{}, sink);
-}
-
-import_report_t result_importer_t::import(const basekit2::path_t& file,
-                                          const import_context_t& context,
-                                          const problem_sink_t& sink) const
+import_report_t stream_importer_t::import_file(const basekit2::path_t& file, const import_context_t& context,
+                                               const problem_sink_t& sink) const
 {
     std::ifstream in(file.fs(), std::ios::binary);
-    if (!in) {
-        import_report_t report;
-        report.ok = false;
-        report.error = file.str() + L": cannot open the file";
-        return report;
-    }
+    if (!in)
+        return cannot_open(file.str());
     return import_stream(in, file.str(), context, sink);
+}
+
+import_report_t stream_importer_t::scan_file(const basekit2::path_t& file, const std::wstring& name) const
+{
+    std::ifstream in(file.fs(), std::ios::binary);
+    if (!in)
+        return cannot_open(name);
+    return scan_stream(in, name);
 }
 
 result_converter_t::result_converter_t() = default;

@@ -718,7 +718,7 @@ std::vector<std::uint64_t> cut_points(const std::filesystem::path& file, std::ui
     const std::string marker = "\n<error>";
     std::vector<std::uint64_t> out;
     std::ifstream in(file, std::ios::binary);
-    std::string buffer(window, '\0');
+    std::string buffer(static_cast<std::size_t>(std::min<std::uint64_t>(window, size)), '\0');
     for (unsigned i = 1; i < parts && in; ++i) {
         const std::uint64_t from = size / parts * i;
         in.seekg(static_cast<std::streamoff>(from));
@@ -747,7 +747,8 @@ void parse_piece(const std::filesystem::path& file, std::uint64_t begin, std::ui
     in.seekg(static_cast<std::streamoff>(begin));
     if (!first && !parser.feed(open, sizeof open - 1, false))
         return;
-    std::vector<char> buffer(valgrind_xml_importer_t::chunk_size);
+    std::vector<char> buffer(static_cast<std::size_t>(
+        std::min<std::uint64_t>(valgrind_xml_importer_t::chunk_size, end - begin)));
     for (std::uint64_t at = begin; at < end;) {
         const auto want =
             static_cast<std::streamsize>(std::min<std::uint64_t>(buffer.size(), end - at));
@@ -818,7 +819,7 @@ import_report_t valgrind_xml_importer_t::scan_file(const basekit2::path_t& file,
         if (auto report = scan_in_pieces(file, name, parts))
             return std::move(*report);
     // One piece gives the exact report of a malformed or cut file.
-    return result_importer_t::scan_file(file, name);
+    return stream_importer_t::scan_file(file, name);
 }
 
 std::optional<import_report_t> valgrind_xml_importer_t::scan_in_pieces(const basekit2::path_t& file,

@@ -218,6 +218,35 @@ TEST(Engine, TheBundledSampleResultOpensAndMatchesTheRecordings)
         EXPECT_EQ((*problems)[i].id, i + 1);
 }
 
+TEST(Engine, SourceFilesForExportAndTheSuppressionsFolder)
+{
+    temp_dir_t tmp;
+    fs::create_directories(tmp / "src" / "lib");
+    write_file(tmp / "src" / "a.c", "int main() {}\n");
+    write_file(tmp / "src" / "lib" / "b.c", "int f() {}\n");
+    const fs::path report = tmp / "ub.txt";
+    const std::string src = (tmp / "src").string();
+    write_file(
+        report,
+        src + "/a.c:3:5: runtime error: division by zero\n" + src +
+            "/lib/b.c:7:1: runtime error: shift exponent 40 is too large\n" + src +
+            "/gone.c:1:1: runtime error: division by zero\n/elsewhere/x.c:2:2: runtime error: x\n");
+    auto engine = engine_t::create();
+    import_files_report_t result;
+    ASSERT_TRUE(engine->create_result(path_t(tmp / "r"), L"r", paths({report}), {}, result))
+        << utf8(result.error);
+    EXPECT_EQ(
+        engine->get_source_files(),
+        (std::vector<path_t>{path_t(tmp / "src" / "a.c"), path_t(tmp / "src" / "lib" / "b.c")}));
+    ASSERT_TRUE(engine->set_source_dirs({path_t(tmp / "src" / "lib")}));
+    const auto pack = engine->get_pack_source();
+    EXPECT_EQ(pack.result_dir, path_t(tmp / "r"));
+    EXPECT_EQ(pack.source_files, std::vector<path_t>{path_t(tmp / "src" / "lib" / "b.c")});
+    EXPECT_EQ(engine->get_suppressions_manager().get_result_suppressions_folder(
+                  engine->get_marker_file()),
+              engine->get_suppressions_dir());
+}
+
 TEST(Engine, DataFileThatNoLongerReadsIsReportedOnLoad)
 {
     temp_dir_t tmp;

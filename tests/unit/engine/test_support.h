@@ -73,7 +73,7 @@ inline imported_t import_with(const corr_engine::result_importer_t& importer, co
                               const corr_engine::import_context_t& context = {})
 {
     imported_t out;
-    out.report = importer.import(basekit2::path_t(file), context, [&](probstore3::problem_t&& p) {
+    out.report = importer.import_file(basekit2::path_t(file), context, [&](probstore3::problem_t&& p) {
         out.problems.push_back(std::move(p));
     });
     return out;

@@ -38,9 +38,8 @@ public:
     explicit named_importer(std::wstring ext) : m_ext(std::move(ext)) {}
     std::wstring extension() const override { return m_ext; }
     bool can_import(const std::string&) const override { return true; }
-    corr_engine::import_report_t import_stream(std::istream&, const std::wstring&,
-                                               const corr_engine::import_context_t&,
-                                               const corr_engine::problem_sink_t&) const override
+    corr_engine::import_report_t import(const basekit2::path_t&,
+                                        const corr_engine::problem_sink_t&) const override
     {
         return {};
     }

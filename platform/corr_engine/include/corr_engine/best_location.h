@@ -28,9 +28,10 @@ public:
     // a runtime frame; else 0.
     int best_level(const std::vector<probstore3::frame_t>& frames, std::string_view program) const;
 
-private:
-    bool under_source_dir(const std::string& source) const;
+    // Whether a source file lies below one of the source folders.
+    bool in_source_dirs(const std::string& source) const;
 
+private:
     std::vector<std::string> m_source_dirs; // normalised, ending in '/'
 };
 

@@ -7,8 +7,10 @@
 #include "basekit2/intrusive.h"
 #include "basekit2/path.h"
 #include "basekit2/threading/mutex.h"
+#include "corr_engine/archiver.h"
 #include "corr_engine/result_converter.h"
 #include "corr_engine/result_manifest.h"
+#include "corr_engine/suppressions_manager.h"
 #include "notify2/progress.h"
 #include "probstore3/problem.h"
 
@@ -97,6 +99,16 @@ public:
     virtual std::shared_ptr<const problem_list_t> get_problems() = 0;
     // What reading data/ reported: warnings, and files that no longer read.
     virtual import_files_report_t get_load_report() = 0;
+
+    // The source files the problems name that exist on this machine, sorted
+    // (only those under the source directories, when the result has any).
+    // Reads the problems if they are not read yet.
+    virtual std::vector<basekit2::path_t> get_source_files() = 0;
+    // What archiver_t::pack needs to export this result.
+    virtual pack_source_t get_pack_source() = 0;
+
+    // Finds and loads the suppression files of this result (by its marker file).
+    virtual suppressions_manager_t& get_suppressions_manager() = 0;
 
     virtual const std::wstring& last_error() const = 0;
 

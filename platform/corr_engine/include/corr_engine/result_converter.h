@@ -46,24 +46,37 @@ public:
     virtual std::wstring extension() const = 0;
     // Whether this importer understands the content (the first bytes of a file).
     virtual bool can_import(const std::string& head) const = 0;
+    // Reads the file and hands each complete problem to sink, in file order.
+    virtual import_report_t import(const basekit2::path_t& file, const problem_sink_t& sink) const = 0;
+
+    // The same, knowing the result the problems go into (its source folders
+    // decide the best frame). By default the context is not used.
+    virtual import_report_t import_file(const basekit2::path_t& file, const import_context_t& context,
+                                        const problem_sink_t& sink) const;
+    // Reads a whole file to check it and count its problems, without handing
+    // them out: what a result needs before it keeps a file. The report is the
+    // one an import gives (the same errors, warnings and count), with the
+    // file called name in messages. An importer may skip building problems
+    // here, or read the file in parallel pieces, to go faster.
+    virtual import_report_t scan_file(const basekit2::path_t& file, const std::wstring& name) const;
+};
+
+// An importer that reads a stream: the built-in ones.
+class stream_importer_t : public result_importer_t
+{
+public:
     // Reads analyser output from a stream and hands each complete problem to
     // sink, in input order. name is the file name used in messages.
     virtual import_report_t import_stream(std::istream& in, const std::wstring& name,
                                           const import_context_t& context,
                                           const problem_sink_t& sink) const = 0;
-
-    // Reads a whole output to check it and count its problems, without
-    // handing them out: what a result needs before it keeps a file. The
-    // report is the one import_stream gives (the same errors, warnings and
-    // count); an importer may skip building problems here to go faster.
+    // scan_file on a stream; by default import_stream without a sink.
     virtual import_report_t scan_stream(std::istream& in, const std::wstring& name) const;
-    // The same on a file, which an importer may read in parallel pieces.
-    virtual import_report_t scan_file(const basekit2::path_t& file, const std::wstring& name) const;
 
-    // Reads the file and hands each complete problem to sink, in file order.
-    import_report_t import(const basekit2::path_t& file, const problem_sink_t& sink) const;
-    import_report_t import(const basekit2::path_t& file, const import_context_t& context,
-                           const problem_sink_t& sink) const;
+    import_report_t import(const basekit2::path_t& file, const problem_sink_t& sink) const override;
+    import_report_t import_file(const basekit2::path_t& file, const import_context_t& context,
+                                const problem_sink_t& sink) const override;
+    import_report_t scan_file(const basekit2::path_t& file, const std::wstring& name) const override;
 };
 
 class result_converter_t

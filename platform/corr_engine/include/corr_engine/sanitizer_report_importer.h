@@ -17,7 +17,7 @@
 
 namespace corr_engine {
 
-class sanitizer_report_importer_t : public result_importer_t
+class sanitizer_report_importer_t : public stream_importer_t
 {
 public:
     // The same content comes in files of both extensions: "txt" and "log".

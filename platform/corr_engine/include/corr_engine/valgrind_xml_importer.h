@@ -17,7 +17,7 @@
 
 namespace corr_engine {
 
-class valgrind_xml_importer_t : public result_importer_t
+class valgrind_xml_importer_t : public stream_importer_t
 {
 public:
     std::wstring extension() const override { return L"xml"; }
