@@ -33,7 +33,8 @@ void import_job_t::run(notify2::IProgress* progress, notify2::IMessenger* messen
         corr_engine::progress_guard_t guard(progress, std::wstring(), 1);
         auto child = guard.create_child(1, 1);
         m_engine = corr_engine::engine_t::create();
-        m_ok = m_engine->create_result(m_result_dir, std::wstring(), m_files, {}, m_report, child.get());
+        m_ok = m_engine->create_result(m_result_dir, std::wstring(), m_files, {}, m_report,
+                                       child.get());
         child.reset();
         if (messenger) {
             for (const auto& file : m_report.files) {

@@ -19,7 +19,8 @@ basekit2::path_t first_existing(const std::vector<basekit2::path_t>& candidates)
 product_paths_t find_product_paths(const basekit2::path_t& exe_dir)
 {
     const basekit2::path_t installed =
-        exe_dir.empty() ? basekit2::path_t() : exe_dir.parent() / basekit2::path_t(L"share/corr_dialogs2");
+        exe_dir.empty() ? basekit2::path_t()
+                        : exe_dir.parent() / basekit2::path_t(L"share/corr_dialogs2");
     auto installed_or = [&](const wchar_t* sub, const char* built) {
         std::vector<basekit2::path_t> candidates;
         if (!installed.empty())
@@ -32,7 +33,8 @@ product_paths_t find_product_paths(const basekit2::path_t& exe_dir)
     // tree has a share/ of its own for other things.
     const bool installed_resources =
         !installed.empty() && (installed / basekit2::path_t(L"dialogs2.dat")).exists();
-    paths.resource_dir = installed_resources ? installed : basekit2::path_t::from_utf8(CORRVIEW_BUILD_RESOURCE_DIR);
+    paths.resource_dir =
+        installed_resources ? installed : basekit2::path_t::from_utf8(CORRVIEW_BUILD_RESOURCE_DIR);
     paths.default_config_dir = installed_or(L"config", CORRVIEW_SOURCE_CONFIG_DIR);
     paths.sample_result = installed_or(L"samples/result", CORRVIEW_SOURCE_SAMPLE_RESULT);
     return paths;
@@ -68,7 +70,8 @@ basekit2::path_t prepare_sample_copy(const basekit2::path_t& bundled, const base
         fs::rename(partial, copy.fs(), ec);
     }
     if (ec) {
-        error = copy.str() + L": cannot copy the sample result: " + platkit::strings::utf8_to_wide(ec.message());
+        error = copy.str() + L": cannot copy the sample result: " +
+                platkit::strings::utf8_to_wide(ec.message());
         fs::remove_all(partial, ec);
         return {};
     }

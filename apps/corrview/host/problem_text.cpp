@@ -22,12 +22,14 @@ std::wstring problem_description_text(const probstore3::problem_t& problem)
 
 std::wstring best_location_text(const probstore3::problem_t& problem)
 {
-    return corr_dialogs2::create_stack_line(probstore3::agg_source_location_t::from_problem(problem));
+    return corr_dialogs2::create_stack_line(
+        probstore3::agg_source_location_t::from_problem(problem));
 }
 
 std::wstring frame_text(const probstore3::frame_t& frame)
 {
-    return corr_dialogs2::create_stack_line(boost::make_shared<probstore3::agg_source_location_t>(frame));
+    return corr_dialogs2::create_stack_line(
+        boost::make_shared<probstore3::agg_source_location_t>(frame));
 }
 
 std::wstring rule_set_name(const probstore3::rule_set_ptr& rule_set)

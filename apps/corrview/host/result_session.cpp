@@ -106,11 +106,13 @@ probstore3::rule_set_ptr result_session_t::suppressed_by(size_t index) const
 
 size_t result_session_t::suppressed_count() const
 {
-    return static_cast<size_t>(std::count_if(m_suppressed_by.begin(), m_suppressed_by.end(),
-                                             [](const auto& set) { return static_cast<bool>(set); }));
+    return static_cast<size_t>(
+        std::count_if(m_suppressed_by.begin(), m_suppressed_by.end(),
+                      [](const auto& set) { return static_cast<bool>(set); }));
 }
 
-probstore3::rule_set_ptr result_session_t::create_candidates(const std::vector<size_t>& indexes) const
+probstore3::rule_set_ptr
+result_session_t::create_candidates(const std::vector<size_t>& indexes) const
 {
     const auto& list = problems();
     std::vector<const probstore3::problem_t*> chosen;

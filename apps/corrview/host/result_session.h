@@ -73,8 +73,8 @@ private:
     std::vector<probstore3::file_ptr> m_result_files;
     std::vector<probstore3::file_ptr> m_project_files;
     std::vector<probstore3::rule_set_ptr> m_suppressed_by; // per problem
-    std::vector<std::wstring> m_load_warnings;              // of the problems
-    std::vector<std::wstring> m_warnings;                   // all
+    std::vector<std::wstring> m_load_warnings;             // of the problems
+    std::vector<std::wstring> m_warnings;                  // all
     std::wstring m_error;
 };
 

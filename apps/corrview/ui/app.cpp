@@ -84,7 +84,8 @@ bool save_window_png(wxWindow* window, const basekit2::path_t& file, std::wstrin
     {
         wxScreenDC screen;
         wxMemoryDC memory(bitmap);
-        if (!memory.Blit(0, 0, rect.GetWidth(), rect.GetHeight(), &screen, rect.GetX(), rect.GetY())) {
+        if (!memory.Blit(0, 0, rect.GetWidth(), rect.GetHeight(), &screen, rect.GetX(),
+                         rect.GetY())) {
             error = L"cannot read the window from the screen";
             return false;
         }

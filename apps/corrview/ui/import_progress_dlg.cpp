@@ -13,7 +13,8 @@ namespace corrview {
 
 using corr_dialogs2::translate;
 
-import_progress_dlg_t::import_progress_dlg_t(wxWindow* parent, std::unique_ptr<import_job_t> job, done_t done)
+import_progress_dlg_t::import_progress_dlg_t(wxWindow* parent, std::unique_ptr<import_job_t> job,
+                                             done_t done)
     : wxDialog(parent, wxID_ANY, translate(L"corrview.import.progress.title"), wxDefaultPosition,
                wxDefaultSize, wxCAPTION),
       m_job(std::move(job)), m_done(std::move(done))
@@ -22,8 +23,8 @@ import_progress_dlg_t::import_progress_dlg_t(wxWindow* parent, std::unique_ptr<i
     m_status = new wxStaticText(this, wxID_ANY, translate(L"corrview.import.progress.starting"),
                                 wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_MIDDLE);
     m_gauge = new wxGauge(this, wxID_ANY, 100, wxDefaultPosition, wxSize(FromDIP(420), -1));
-    m_log = new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxSize(-1, FromDIP(90)),
-                           wxTE_MULTILINE | wxTE_READONLY);
+    m_log = new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
+                           wxSize(-1, FromDIP(90)), wxTE_MULTILINE | wxTE_READONLY);
     m_cancel = new wxButton(this, wxID_CANCEL, translate(L"corrview.button.cancel"));
     sizer->Add(m_status, 0, wxEXPAND | wxALL, FromDIP(10));
     sizer->Add(m_gauge, 0, wxEXPAND | wxLEFT | wxRIGHT, FromDIP(10));
@@ -116,7 +117,8 @@ void import_progress_dlg_t::on_messages(const std::list<corr_dialogs2::message_d
         const wchar_t* key = notify2::is_error(m.type)     ? L"corrview.import.log.error"
                              : notify2::is_warning(m.type) ? L"corrview.import.log.warning"
                                                            : L"corrview.import.log.file";
-        m_log->AppendText(translate(key, platkit::generic::varg_list().add(L"message", m.text)) + L"\n");
+        m_log->AppendText(translate(key, platkit::generic::varg_list().add(L"message", m.text)) +
+                          L"\n");
     }
 }
 

@@ -28,14 +28,16 @@ std::wstring join_lines(const std::vector<std::wstring>& lines, size_t most = 10
     for (size_t i = 0; i < lines.size() && i < most; ++i)
         out += (out.empty() ? L"" : L"\n") + lines[i];
     if (lines.size() > most)
-        out += L"\n" + translate(L"corrview.more_lines", varg_list().add(L"count", lines.size() - most));
+        out += L"\n" +
+               translate(L"corrview.more_lines", varg_list().add(L"count", lines.size() - most));
     return out;
 }
 
 } // namespace
 
 main_frame_t::main_frame_t()
-    : wxFrame(nullptr, wxID_ANY, translate(L"corrview.title.empty"), wxDefaultPosition, wxSize(1200, 800))
+    : wxFrame(nullptr, wxID_ANY, translate(L"corrview.title.empty"), wxDefaultPosition,
+              wxSize(1200, 800))
 {
     build_menus();
     CreateStatusBar();
@@ -69,17 +71,22 @@ void main_frame_t::build_menus()
     bar->Append(help, translate(L"corrview.menu.help"));
     SetMenuBar(bar);
 
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { on_import(); }, id_import);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { on_open(); }, id_open);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { Close(); }, wxID_EXIT);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { on_about(); }, wxID_ABOUT);
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { on_import(); }, id_import);
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { on_open(); }, id_open);
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { Close(); }, wxID_EXIT);
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { on_about(); }, wxID_ABOUT);
 }
 
 bool main_frame_t::open_result(const basekit2::path_t& where)
 {
     if (!m_session.open(where)) {
         show_error(this, translate(L"corrview.open.failed.title"),
-                   translate(L"corrview.open.failed.text", varg_list().add(L"reason", m_session.last_error())));
+                   translate(L"corrview.open.failed.text",
+                             varg_list().add(L"reason", m_session.last_error())));
         return false;
     }
     show_session();
@@ -96,7 +103,8 @@ void main_frame_t::show_session()
     update_actions();
     if (!m_session.warnings().empty())
         SetStatusText(translate(L"corrview.status.warnings",
-                                varg_list().add(L"count", m_session.warnings().size())
+                                varg_list()
+                                    .add(L"count", m_session.warnings().size())
                                     .add(L"first", m_session.warnings().front())));
 }
 
@@ -130,15 +138,16 @@ void main_frame_t::update_actions()
 {
     const bool open = m_session.is_open();
     wxMenuBar* bar = GetMenuBar();
-    for (int id : {int(id_export), int(id_create_suppression), int(id_delete_suppression), int(id_view_stack),
-                   int(id_filter_sources)})
+    for (int id : {int(id_export), int(id_create_suppression), int(id_delete_suppression),
+                   int(id_view_stack), int(id_filter_sources)})
         if (bar->FindItem(id))
             bar->Enable(id, open);
 }
 
 void main_frame_t::on_open()
 {
-    const auto start = m_session.is_open() ? m_session.engine()->get_result_dir() : default_results_dir();
+    const auto start =
+        m_session.is_open() ? m_session.engine()->get_result_dir() : default_results_dir();
     const auto marker = ask_result_file(this, start);
     if (!marker.empty())
         open_result(marker);
@@ -148,14 +157,15 @@ void main_frame_t::on_import()
 {
     if (is_importing())
         return;
-    const auto file = ask_import_file(this, m_session.is_open() ? m_session.engine()->get_result_dir()
-                                                                : basekit2::path_t());
+    const auto file = ask_import_file(
+        this, m_session.is_open() ? m_session.engine()->get_result_dir() : basekit2::path_t());
     if (file.empty())
         return;
     start_import({file}, unique_result_dir(default_results_dir(), file.stem()));
 }
 
-void main_frame_t::start_import(const std::vector<basekit2::path_t>& files, const basekit2::path_t& result_dir)
+void main_frame_t::start_import(const std::vector<basekit2::path_t>& files,
+                                const basekit2::path_t& result_dir)
 {
     if (is_importing())
         return;
@@ -175,8 +185,9 @@ void main_frame_t::import_finished(import_job_t& job)
         return;
     }
     if (!job.engine()) {
-        show_error(this, translate(L"corrview.import.failed.title"),
-                   translate(L"corrview.import.failed.text", varg_list().add(L"reason", report.error)));
+        show_error(
+            this, translate(L"corrview.import.failed.title"),
+            translate(L"corrview.import.failed.text", varg_list().add(L"reason", report.error)));
         return;
     }
     m_session.adopt(job.engine());
@@ -184,10 +195,10 @@ void main_frame_t::import_finished(import_job_t& job)
     std::vector<std::wstring> warnings;
     for (const auto& file : report.files)
         warnings.insert(warnings.end(), file.report.warnings.begin(), file.report.warnings.end());
-    SetStatusText(translate(L"corrview.import.done",
-                            varg_list()
-                                .add(L"count", m_session.problems().size())
-                                .add(L"result_dir", job.result_dir().str())));
+    SetStatusText(
+        translate(L"corrview.import.done", varg_list()
+                                               .add(L"count", m_session.problems().size())
+                                               .add(L"result_dir", job.result_dir().str())));
     if (!warnings.empty())
         show_info(this, translate(L"corrview.import.warnings.title"), join_lines(warnings));
 }
@@ -196,7 +207,8 @@ void main_frame_t::on_about()
 {
     show_info(this, translate(L"corrview.about.title"),
               translate(L"corrview.about.text",
-                        varg_list().add(L"version", platkit::strings::utf8_to_wide(corr_dialogs2::library_version()))));
+                        varg_list().add(L"version", platkit::strings::utf8_to_wide(
+                                                        corr_dialogs2::library_version()))));
 }
 
 } // namespace corrview

@@ -41,7 +41,8 @@ public:
     // result in the results folder, on a worker thread.
     void on_import();
     // Starts importing files into a new result in result_dir (no question).
-    void start_import(const std::vector<basekit2::path_t>& files, const basekit2::path_t& result_dir);
+    void start_import(const std::vector<basekit2::path_t>& files,
+                      const basekit2::path_t& result_dir);
     bool is_importing() const { return m_import_dlg != nullptr; }
     import_progress_dlg_t* import_dialog() const { return m_import_dlg; }
 

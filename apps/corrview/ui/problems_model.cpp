@@ -26,8 +26,9 @@ void problems_model_t::refresh()
 
 int problems_model_t::problem_at(int row) const
 {
-    return row >= 0 && static_cast<size_t>(row) < m_order.size() ? static_cast<int>(m_order[static_cast<size_t>(row)])
-                                                                   : -1;
+    return row >= 0 && static_cast<size_t>(row) < m_order.size()
+               ? static_cast<int>(m_order[static_cast<size_t>(row)])
+               : -1;
 }
 
 int problems_model_t::row_of(size_t problem) const
@@ -120,8 +121,9 @@ stack_model_t::stack_model_t(const result_session_t& session) : m_session(sessio
 const probstore3::problem_t* stack_model_t::problem() const
 {
     const auto& list = m_session.problems();
-    return m_problem >= 0 && static_cast<size_t>(m_problem) < list.size() ? &list[static_cast<size_t>(m_problem)]
-                                                                          : nullptr;
+    return m_problem >= 0 && static_cast<size_t>(m_problem) < list.size()
+               ? &list[static_cast<size_t>(m_problem)]
+               : nullptr;
 }
 
 void stack_model_t::show_problem(int problem_index)

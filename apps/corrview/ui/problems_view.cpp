@@ -26,7 +26,8 @@ problems_view_t::problems_view_t(wxWindow* parent, const result_session_t& sessi
     m_grid = make_grid(m_splitter, m_grid_control);
     m_stack_grid = make_grid(m_splitter, m_stack_control);
     // The stack pane starts with room for a dozen frames; the problems get the rest.
-    m_splitter->SplitHorizontally(m_grid_control->GetParent(), m_stack_control->GetParent(), -FromDIP(280));
+    m_splitter->SplitHorizontally(m_grid_control->GetParent(), m_stack_control->GetParent(),
+                                  -FromDIP(280));
     m_splitter->SetSashGravity(0.6);
 
     using item = gridview8::IHeaderItem;

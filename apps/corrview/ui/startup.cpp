@@ -16,8 +16,8 @@ namespace corrview {
 std::vector<std::wstring> initialise_services(const product_paths_t& paths)
 {
     // $CORR_RESOURCE_DIR, when set, wins over the folder found here.
-    auto locations = std::make_shared<settings2::product_locations_t>(product_full_name, product_ascii_name,
-                                                                      product_short_name, paths.resource_dir);
+    auto locations = std::make_shared<settings2::product_locations_t>(
+        product_full_name, product_ascii_name, product_short_name, paths.resource_dir);
     const basekit2::path_t resource_dir = locations->getResourceDirectory();
     settings2::IProductLocations::set(locations);
     settings2::ensure_archive_handler();

@@ -17,7 +17,10 @@ class suppression_list_model_t : public gridview8::CDefPlainModel
 public:
     enum column_t { col_name, col_rules, col_file, col_scope, col_count };
 
-    void set_rule_sets(std::vector<stored_rule_set_t> rule_sets) { m_rule_sets = std::move(rule_sets); }
+    void set_rule_sets(std::vector<stored_rule_set_t> rule_sets)
+    {
+        m_rule_sets = std::move(rule_sets);
+    }
     const std::vector<stored_rule_set_t>& rule_sets() const { return m_rule_sets; }
 
     int GetRowCount() const override { return static_cast<int>(m_rule_sets.size()); }

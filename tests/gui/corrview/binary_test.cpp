@@ -43,7 +43,8 @@ TEST(CorrviewBinary, ScreenshotOfTheSampleResult)
 {
     temp_dir_t tmp;
     const fs::path png = tmp / "window.png";
-    const auto run = run_viewer("--screenshot " + wxString(png.string()), {{"XDG_DATA_HOME", (tmp / "data").string()}});
+    const auto run = run_viewer("--screenshot " + wxString(png.string()),
+                                {{"XDG_DATA_HOME", (tmp / "data").string()}});
     ASSERT_EQ(run.code, 0) << platkit::strings::wide_to_utf8(run.output);
     if (!wxImage::FindHandler(wxBITMAP_TYPE_PNG))
         wxImage::AddHandler(new wxPNGHandler);
@@ -56,7 +57,8 @@ TEST(CorrviewBinary, ScreenshotOfTheSampleResult)
     std::set<unsigned> colours;
     const unsigned char* data = image.GetData();
     for (int i = 0; i < image.GetWidth() * image.GetHeight(); i += 7)
-        colours.insert(unsigned(data[3 * i]) << 16 | unsigned(data[3 * i + 1]) << 8 | data[3 * i + 2]);
+        colours.insert(unsigned(data[3 * i]) << 16 | unsigned(data[3 * i + 1]) << 8 |
+                       data[3 * i + 2]);
     EXPECT_GT(colours.size(), 8u);
     // Without an argument the viewer opened a copy of the bundled sample.
     EXPECT_TRUE(fs::exists(tmp / "data" / "corrview" / "sample-result" / "sample.corr"));
@@ -66,7 +68,8 @@ TEST(CorrviewBinary, WithoutADisplayItSaysHowToRunIt)
 {
     const auto run = run_viewer("", {{"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}});
     EXPECT_EQ(run.code, 2);
-    EXPECT_NE(run.output.find(L"cannot open a display"), std::wstring::npos) << platkit::strings::wide_to_utf8(run.output);
+    EXPECT_NE(run.output.find(L"cannot open a display"), std::wstring::npos)
+        << platkit::strings::wide_to_utf8(run.output);
     EXPECT_NE(run.output.find(L"xvfb-run -a corrview"), std::wstring::npos);
 
     // An X server that does not answer is the same.

@@ -26,12 +26,15 @@ TEST_F(frame_test, OpensTheSampleResultAndListsItsProblems)
     EXPECT_EQ(problems().grid()->GetModel(), &model);
     const auto& first = m_frame->session().problems()[0];
     EXPECT_EQ(model.GetCellText(0, corrview::problems_model_t::col_type), L"Invalid read");
-    EXPECT_EQ(model.GetCellText(0, corrview::problems_model_t::col_location), corrview::best_location_text(first));
+    EXPECT_EQ(model.GetCellText(0, corrview::problems_model_t::col_location),
+              corrview::best_location_text(first));
     EXPECT_EQ(model.GetCellText(0, corrview::problems_model_t::col_suppressed_by), L"");
     // Texts come from the catalogue: no fall-back text anywhere in sight.
-    EXPECT_EQ(model.GetColumnCaption(corrview::problems_model_t::col_suppressed_by), L"Suppressed by");
+    EXPECT_EQ(model.GetColumnCaption(corrview::problems_model_t::col_suppressed_by),
+              L"Suppressed by");
     EXPECT_EQ(m_frame->GetTitle().ToStdWstring(), L"sample - Correctness Analyzer Viewer");
-    EXPECT_EQ(m_frame->GetStatusBar()->GetStatusText().ToStdWstring(), L"24 problems, 0 suppressed by 0 suppressions");
+    EXPECT_EQ(m_frame->GetStatusBar()->GetStatusText().ToStdWstring(),
+              L"24 problems, 0 suppressed by 0 suppressions");
     EXPECT_EQ(m_frame->notebook()->GetPageText(1).ToStdWstring(), L"Suppressions");
     // The first problem is current and its stacks are shown.
     EXPECT_EQ(problems().current_problem(), 0);
@@ -39,7 +42,8 @@ TEST_F(frame_test, OpensTheSampleResultAndListsItsProblems)
 
     // Sorting by a column reorders the rows, not the problems.
     auto& sortable = const_cast<corrview::problems_model_t&>(model);
-    sortable.OnSortColumn(corrview::problems_model_t::col_type, gridview8::IHeaderItem::sdAscending);
+    sortable.OnSortColumn(corrview::problems_model_t::col_type,
+                          gridview8::IHeaderItem::sdAscending);
     EXPECT_EQ(model.GetCellText(0, corrview::problems_model_t::col_type), L"Data race");
     EXPECT_EQ(model.GetCellText(23, corrview::problems_model_t::col_type), L"Undefined behavior");
     sortable.OnSortColumn(corrview::problems_model_t::col_type, gridview8::IHeaderItem::sdNone);
@@ -62,8 +66,10 @@ TEST_F(frame_test, ClickingAProblemFillsTheStackPane)
     sim.MouseMove(at);
     corr_test::pump_events();
     sim.MouseClick();
-    ASSERT_TRUE(corr_test::wait_until([&] { return problems().stack_model().shown_problem() == target; }))
-        << "clicked at " << at.x << "," << at.y;
+    ASSERT_TRUE(corr_test::wait_until([&] {
+        return problems().stack_model().shown_problem() == target;
+    })) << "clicked at "
+        << at.x << "," << at.y;
     EXPECT_EQ(problems().selected_problems(), std::vector<size_t>{size_t(target)});
 
     const auto& stack = problems().stack_model();
@@ -75,12 +81,14 @@ TEST_F(frame_test, ClickingAProblemFillsTheStackPane)
     EXPECT_EQ(stack.GetCellText(1, corrview::stack_model_t::col_frame),
               corrview::frame_text(problem.stacks[0].frames[0]));
     const int freed_caption = static_cast<int>(problem.stacks[0].frames.size()) + 1;
-    EXPECT_NE(stack.GetCellText(freed_caption, corrview::stack_model_t::col_frame).find(L"freed"), std::wstring::npos);
+    EXPECT_NE(stack.GetCellText(freed_caption, corrview::stack_model_t::col_frame).find(L"freed"),
+              std::wstring::npos);
 
     // A second selected problem; the pane follows the current one.
     grid->SelectRow(target + 1, true);
     grid->SetCurrentRow(target + 1);
-    EXPECT_EQ(problems().selected_problems(), (std::vector<size_t>{size_t(target), size_t(target + 1)}));
+    EXPECT_EQ(problems().selected_problems(),
+              (std::vector<size_t>{size_t(target), size_t(target + 1)}));
     EXPECT_EQ(problems().stack_model().shown_problem(), target + 1);
 
     // Off the grid, so that no tool-tip is pending when the window goes.
@@ -111,12 +119,15 @@ TEST_F(frame_test, ImportThroughTheMenuShowsTheNewProblems)
     EXPECT_TRUE(m_frame->IsEnabled());
 
     ASSERT_EQ(problems().model().GetRowCount(), 2);
-    EXPECT_EQ(problems().model().GetCellText(0, corrview::problems_model_t::col_type), L"Invalid write");
-    EXPECT_EQ(problems().model().GetCellText(1, corrview::problems_model_t::col_type), L"Invalid read");
+    EXPECT_EQ(problems().model().GetCellText(0, corrview::problems_model_t::col_type),
+              L"Invalid write");
+    EXPECT_EQ(problems().model().GetCellText(1, corrview::problems_model_t::col_type),
+              L"Invalid read");
     const auto dir = m_frame->session().engine()->get_result_dir();
     EXPECT_EQ(fs::path(dir.str()), results / "memcheck_overflow");
     EXPECT_TRUE(fs::exists(results / "memcheck_overflow" / "data" / "memcheck_overflow.xml"));
-    EXPECT_EQ(m_frame->GetTitle().ToStdWstring(), L"memcheck_overflow - Correctness Analyzer Viewer");
+    EXPECT_EQ(m_frame->GetTitle().ToStdWstring(),
+              L"memcheck_overflow - Correctness Analyzer Viewer");
 }
 
 TEST_F(frame_test, CancelledImportLeavesTheOpenResult)
@@ -124,7 +135,8 @@ TEST_F(frame_test, CancelledImportLeavesTheOpenResult)
     // Enough files that the worker is still at them when Cancel is pressed.
     std::vector<basekit2::path_t> files;
     for (int i = 0; i < 200; ++i)
-        files.push_back(basekit2::path_t(recorded(i % 2 ? "memcheck_leaks.xml" : "helgrind_race_counter.xml")));
+        files.push_back(
+            basekit2::path_t(recorded(i % 2 ? "memcheck_leaks.xml" : "helgrind_race_counter.xml")));
     const fs::path target = m_tmp / "results" / "many";
     m_frame->start_import(files, basekit2::path_t(target));
     auto* progress = m_frame->import_dialog();

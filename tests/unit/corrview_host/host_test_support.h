@@ -18,7 +18,8 @@ class temp_dir_t
 public:
     temp_dir_t()
     {
-        m_path = fs::temp_directory_path() / ("corrview-test-" + std::to_string(std::random_device{}()));
+        m_path =
+            fs::temp_directory_path() / ("corrview-test-" + std::to_string(std::random_device{}()));
         fs::create_directories(m_path);
     }
     ~temp_dir_t()

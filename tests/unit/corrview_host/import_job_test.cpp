@@ -21,9 +21,18 @@ using corrview::import_job_t;
 class recorder_t : public notify2::IProgress, public notify2::IMessenger
 {
 public:
-    void begin(const std::wstring&, double total) override { lock_and([&] { m_total = total; }); }
-    void progressed(double amount) override { lock_and([&] { m_position += amount; }); }
-    void set_status(const std::wstring& text) override { lock_and([&] { statuses.push_back(text); }); }
+    void begin(const std::wstring&, double total) override
+    {
+        lock_and([&] { m_total = total; });
+    }
+    void progressed(double amount) override
+    {
+        lock_and([&] { m_position += amount; });
+    }
+    void set_status(const std::wstring& text) override
+    {
+        lock_and([&] { statuses.push_back(text); });
+    }
     void raise_first() override
     {
         lock_and([&] { ++finished; });
@@ -63,7 +72,8 @@ TEST(ImportJob, WorkerMakesANewResultAndTellsTheEndOnce)
 {
     temp_dir_t tmp;
     auto recorder = boost::make_shared<recorder_t>();
-    const basekit2::path_t dir = corrview::unique_result_dir(basekit2::path_t(tmp.path()), L"leaks");
+    const basekit2::path_t dir =
+        corrview::unique_result_dir(basekit2::path_t(tmp.path()), L"leaks");
     import_job_t job({basekit2::path_t(recorded("memcheck_leaks_truncated.xml")),
                       basekit2::path_t(recorded("tsan_race_counter.txt"))},
                      dir);
@@ -90,7 +100,8 @@ TEST(ImportJob, WorkerMakesANewResultAndTellsTheEndOnce)
     EXPECT_NE(recorder->statuses[2].find(L"tsan_race_counter.txt"), std::wstring::npos);
 
     // The next result named the same gets a folder of its own.
-    EXPECT_EQ(corrview::unique_result_dir(basekit2::path_t(tmp.path()), L"leaks").leaf(), L"leaks-2");
+    EXPECT_EQ(corrview::unique_result_dir(basekit2::path_t(tmp.path()), L"leaks").leaf(),
+              L"leaks-2");
 }
 
 TEST(ImportJob, FailureAndCancellationLeaveNothing)
@@ -113,7 +124,8 @@ TEST(ImportJob, FailureAndCancellationLeaveNothing)
     {
         recorder_t recorder;
         recorder.cancel = true;
-        import_job_t job({basekit2::path_t(recorded("memcheck_overflow.xml"))}, basekit2::path_t(tmp / "stopped"));
+        import_job_t job({basekit2::path_t(recorded("memcheck_overflow.xml"))},
+                         basekit2::path_t(tmp / "stopped"));
         job.run(&recorder, &recorder);
         EXPECT_FALSE(job.engine());
         EXPECT_TRUE(job.report().cancelled);

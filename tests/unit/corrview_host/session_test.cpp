@@ -19,7 +19,8 @@ using namespace host_test;
 using corrview::result_session_t;
 
 // Index of the first problem of a tool and kind in the sample result.
-size_t find_problem(const result_session_t& session, const std::string& tool, const std::string& kind)
+size_t find_problem(const result_session_t& session, const std::string& tool,
+                    const std::string& kind)
 {
     const auto& problems = session.problems();
     for (size_t i = 0; i < problems.size(); ++i)
@@ -41,7 +42,8 @@ void save_rule_set(const result_session_t& session, const std::vector<size_t>& p
         ASSERT_EQ(sup->load(file.wstring()), 0);
     }
     sup->add_suppression(rule_set);
-    ASSERT_EQ(sup->save(file.wstring(), probstore3::suppression_file_t::get_current_file_format()), 0)
+    ASSERT_EQ(sup->save(file.wstring(), probstore3::suppression_file_t::get_current_file_format()),
+              0)
         << platkit::strings::wide_to_utf8(sup->get_last_error());
 }
 
@@ -50,7 +52,8 @@ TEST(Session, SampleResultProblemsAndWhatASuppressionFileHides)
     temp_dir_t tmp;
     const fs::path result = copy_sample_result(tmp / "sample");
     result_session_t session;
-    ASSERT_TRUE(session.open(basekit2::path_t(result))) << platkit::strings::wide_to_utf8(session.last_error());
+    ASSERT_TRUE(session.open(basekit2::path_t(result)))
+        << platkit::strings::wide_to_utf8(session.last_error());
     ASSERT_EQ(session.problems().size(), 24u);
     EXPECT_EQ(session.suppressed_count(), 0u);
     EXPECT_TRUE(session.rule_sets().empty());
@@ -61,7 +64,8 @@ TEST(Session, SampleResultProblemsAndWhatASuppressionFileHides)
     EXPECT_EQ(corrview::best_location_text(session.problems()[use_after_free]),
               L"mem_use_after_free!print_record - mem_use_after_free.c:28");
 
-    save_rule_set(session, {use_after_free, race}, result / "suppressions" / "team.sup", L"Known problems");
+    save_rule_set(session, {use_after_free, race}, result / "suppressions" / "team.sup",
+                  L"Known problems");
     // Nothing changes until the files are read again.
     EXPECT_EQ(session.suppressed_count(), 0u);
     session.reload_suppressions();
@@ -76,8 +80,9 @@ TEST(Session, SampleResultProblemsAndWhatASuppressionFileHides)
     EXPECT_EQ(corrview::rule_set_name(session.suppressed_by(use_after_free)), L"Known problems");
     EXPECT_EQ(corrview::rule_set_name(session.suppressed_by(race)), L"Known problems");
     // The default rule keeps only the best frame: problems elsewhere stay visible.
-    const std::set<std::wstring> places = {corrview::best_location_text(session.problems()[use_after_free]),
-                                           corrview::best_location_text(session.problems()[race])};
+    const std::set<std::wstring> places = {
+        corrview::best_location_text(session.problems()[use_after_free]),
+        corrview::best_location_text(session.problems()[race])};
     for (size_t i = 0; i < session.problems().size(); ++i)
         if (places.count(corrview::best_location_text(session.problems()[i])) == 0) {
             EXPECT_FALSE(session.suppressed_by(i)) << "problem " << i;
@@ -99,7 +104,8 @@ TEST(Session, ProjectFilesCountAfterTheResultsAndBrokenFilesAreReported)
     const size_t leak = find_problem(session, "lsan", "direct-leak");
     save_rule_set(session, {leak}, tmp / "suppressions" / "project.sup", L"Project leak");
     save_rule_set(session, {leak}, result / "suppressions" / "a.sup", L"Result leak");
-    std::ofstream(result / "suppressions" / "broken.sup") << "corr-suppressions 2\nsuppression \"x\"\n  rule\n    line 12x\n";
+    std::ofstream(result / "suppressions" / "broken.sup")
+        << "corr-suppressions 2\nsuppression \"x\"\n  rule\n    line 12x\n";
     session.reload_suppressions();
 
     const auto sets = session.rule_sets();
@@ -136,8 +142,10 @@ TEST(Session, CandidateRulesFromTwoSelectedProblems)
         const auto& p = problems[order[r]];
         const auto& rule = rules[r];
         EXPECT_EQ(rule->get_problem_id(), p.id);
-        EXPECT_EQ(rule->get_field_value(suppfmt3::suppfmt_datatype(9)), corrview::problem_type_text(p));
-        EXPECT_EQ(rule->get_field_value(suppfmt3::suppfmt_datatype(60)), corrview::problem_description_text(p));
+        EXPECT_EQ(rule->get_field_value(suppfmt3::suppfmt_datatype(9)),
+                  corrview::problem_type_text(p));
+        EXPECT_EQ(rule->get_field_value(suppfmt3::suppfmt_datatype(60)),
+                  corrview::problem_description_text(p));
         const auto stack = rule->get_stack(true);
         ASSERT_TRUE(stack);
         ASSERT_EQ(stack->stack_size(), static_cast<int>(p.stacks[0].frames.size()));
@@ -158,8 +166,9 @@ TEST(Session, SourceFilesAreTheFramesSourcesOnce)
     ASSERT_FALSE(files.empty());
     EXPECT_TRUE(std::is_sorted(files.begin(), files.end()));
     EXPECT_EQ(std::adjacent_find(files.begin(), files.end()), files.end());
-    const bool has_race_source = std::any_of(files.begin(), files.end(),
-                                             [](const basekit2::path_t& f) { return f.leaf() == L"thr_race_counter.c"; });
+    const bool has_race_source =
+        std::any_of(files.begin(), files.end(),
+                    [](const basekit2::path_t& f) { return f.leaf() == L"thr_race_counter.c"; });
     EXPECT_TRUE(has_race_source);
 }
 

@@ -21,9 +21,11 @@ TEST(CommandLine, ResultScreenshotHelpAndMistakes)
     EXPECT_EQ(corrview::parse_command_line({"--screenshot=a.png"}).screenshot.str(), L"a.png");
     EXPECT_TRUE(corrview::parse_command_line({"-h"}).help);
 
-    EXPECT_EQ(corrview::parse_command_line({"--screenshot"}).error, "--screenshot needs a file name");
+    EXPECT_EQ(corrview::parse_command_line({"--screenshot"}).error,
+              "--screenshot needs a file name");
     EXPECT_EQ(corrview::parse_command_line({"--bogus"}).error, "unknown option --bogus");
-    EXPECT_NE(corrview::parse_command_line({"a", "b"}).error.find("only one result"), std::string::npos);
+    EXPECT_NE(corrview::parse_command_line({"a", "b"}).error.find("only one result"),
+              std::string::npos);
     EXPECT_NE(corrview::usage_text().find("--screenshot FILE"), std::string::npos);
     EXPECT_NE(corrview::no_display_text().find("xvfb-run -a corrview"), std::string::npos);
 }
@@ -44,7 +46,8 @@ TEST(Locations, SampleCopyIsMadeOnceAndFailsClearly)
     EXPECT_EQ(corrview::prepare_sample_copy(basekit2::path_t(sample_result()), copy, error), copy);
     EXPECT_TRUE(fs::exists(copy.fs() / "suppressions" / "mine.sup"));
 
-    EXPECT_TRUE(corrview::prepare_sample_copy(basekit2::path_t(tmp / "missing"), basekit2::path_t(tmp / "c2"), error)
+    EXPECT_TRUE(corrview::prepare_sample_copy(basekit2::path_t(tmp / "missing"),
+                                              basekit2::path_t(tmp / "c2"), error)
                     .empty());
     EXPECT_NE(error.find(L"missing"), std::wstring::npos);
 }
