@@ -24,5 +24,8 @@ const std::vector<command_t>& commands();
 
 int run_import(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int run_problems(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int run_suppress(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int run_suppressions(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int run_check(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
 } // namespace corrtool

@@ -1,9 +1,11 @@
 // corrtool problems DIR [--json]
 #include "arguments.h"
 #include "command.h"
+#include "result_suppressions.h"
 #include "text.h"
 
 #include "corr_engine/engine.h"
+#include "probstore3/suppression_matcher.h"
 
 #include <nlohmann/json.hpp>
 
@@ -22,7 +24,7 @@ json frame_json(const probstore3::frame_t& f)
                 {"line", f.line == probstore3::no_line ? json(nullptr) : json(f.line)}};
 }
 
-json problem_json(const probstore3::problem_t& p)
+json problem_json(const probstore3::problem_t& p, const probstore3::rule_set_ptr& suppressed_by)
 {
     json stacks = json::array(), titles = json::array();
     for (const auto& s : p.stacks) {
@@ -43,12 +45,16 @@ json problem_json(const probstore3::problem_t& p)
                 {"best_level", p.best_level},
                 {"leaked_bytes", p.leaked_bytes},
                 {"leaked_blocks", p.leaked_blocks},
-                {"suppressed_by", nullptr}};
+                {"suppressed_by", suppressed_by ? json(suppressed_by->get_name_utf8()) : json(nullptr)}};
 }
 
-void print_text(const probstore3::problem_t& p, std::ostream& out)
+void print_text(const probstore3::problem_t& p, const probstore3::rule_set_ptr& suppressed_by,
+                std::ostream& out)
 {
-    out << "#" << p.id << " " << p.type << ": " << p.description << "\n";
+    out << "#" << p.id << " " << p.type << ": " << p.description;
+    if (suppressed_by)
+        out << " (suppressed by \"" << suppressed_by->get_name_utf8() << "\")";
+    out << "\n";
     if (const auto* f = p.best_frame()) {
         out << "    at " << (f->function.empty() ? "???" : f->function);
         if (!f->source.empty()) {
@@ -76,17 +82,13 @@ int run_problems(const std::vector<std::string>& args, std::ostream& out, std::o
         err << "corrtool problems: usage: corrtool problems DIR [--json]\n";
         return exit_error;
     }
-    auto engine = corr_engine::engine_t::create();
-    if (!engine->open_result(path_arg(a.positional()[0]))) {
-        err << "corrtool problems: " << utf8(engine->last_error()) << "\n";
+    const auto engine = open_result("problems", a.positional()[0], err);
+    std::vector<probstore3::file_ptr> files;
+    if (!engine || !load_suppression_files("problems", *engine, {}, files, err))
         return exit_error;
-    }
+    const auto matcher = probstore3::suppression_matcher_t::from_files(files);
     const auto problems = engine->get_problems();
     const auto load = engine->get_load_report();
-    if (!load.ok) {
-        err << "corrtool problems: " << utf8(load.error) << "\n";
-        return exit_error;
-    }
     json warnings = json::array();
     for (const auto& f : load.files)
         for (const auto& w : f.report.warnings)
@@ -95,7 +97,7 @@ int run_problems(const std::vector<std::string>& args, std::ostream& out, std::o
     if (a.has("json")) {
         json problem_list = json::array();
         for (const auto& p : *problems)
-            problem_list.push_back(problem_json(p));
+            problem_list.push_back(problem_json(p, matcher.match(p)));
         const json doc{{"format", 1},
                        {"result", utf8(engine->get_result_name())},
                        {"marker", utf8(engine->get_marker_file().str())},
@@ -108,7 +110,7 @@ int run_problems(const std::vector<std::string>& args, std::ostream& out, std::o
     for (const auto& w : warnings)
         err << "warning: " << w.get<std::string>() << "\n";
     for (const auto& p : *problems)
-        print_text(p, out);
+        print_text(p, matcher.match(p), out);
     out << problems->size() << (problems->size() == 1 ? " problem" : " problems") << " in \""
         << utf8(engine->get_result_name()) << "\"\n";
     return exit_ok;

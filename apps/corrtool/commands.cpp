@@ -23,6 +23,31 @@ const std::vector<command_t>& commands()
          "DIR is a result folder or its *.corr marker file.\n\n"
          "  --json   one JSON document (see docs/corrtool.md)\n",
          run_problems},
+        {"suppress", "suppress DIR --problem ID... --file FILE.sup --name NAME [--any-problem]",
+         "Suppress problems: add one suppression with a rule per problem to a file.",
+         "Each rule names the problem's type, its description and its main stack\n"
+         "with only the best frame used (the other frames elided), as the\n"
+         "create-suppression dialog proposes. FILE is created when missing; a relative\n"
+         "FILE is taken in the result's suppressions folder. The file is replaced\n"
+         "atomically; on bad input nothing is written and the exit status is 2.\n\n"
+         "  --problem ID     a problem id from \"corrtool problems\" (repeatable)\n"
+         "  --file FILE.sup  the suppression file to add to\n"
+         "  --name NAME      the suppression's name (new in that file)\n"
+         "  --any-problem    the rules match whatever the problem type\n",
+         run_suppress},
+        {"suppressions", "suppressions FILE.sup|DIR [--json]",
+         "List suppressions and their rules.",
+         "For a result folder (or its *.corr file): the result's suppression files,\n"
+         "then its project's. Text output is in the suppression-file format.\n\n"
+         "  --json   one JSON document (see docs/corrtool.md)\n",
+         run_suppressions},
+        {"check", "check DIR [--suppressions FILE.sup]...",
+         "Fail (exit status 1) when problems remain that no suppression hides.",
+         "Matches the problems of the result against the result's and the project's\n"
+         "suppression files and any given with --suppressions (repeatable), lists\n"
+         "the problems none suppresses and ends with the line\n"
+         "\"N problems, M suppressed, K not suppressed\". For CI.\n",
+         run_check},
     };
     return list;
 }

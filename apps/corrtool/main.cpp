@@ -1,4 +1,5 @@
-// corrtool: imports analyser output into results and lists their problems.
+// corrtool: imports analyser output into results, lists their problems and
+// manages the suppressions that hide them.
 #include "command.h"
 
 #include <cstring>
@@ -9,8 +10,8 @@ namespace {
 void print_help(std::ostream& out)
 {
     out << "Usage: corrtool <command> [arguments]\n\n"
-           "Imports Valgrind XML and sanitizer reports into result folders and lists\n"
-           "their problems.\n\nCommands:\n";
+           "Imports Valgrind XML and sanitizer reports into result folders, lists\n"
+           "their problems and suppresses them.\n\nCommands:\n";
     for (const auto& c : corrtool::commands())
         out << "  " << c.usage << "\n      " << c.summary << "\n";
     out << "\n\"corrtool help <command>\" tells more about one command.\n"

@@ -227,6 +227,7 @@ TEST_F(CorrTool, HelpAndUsage)
     EXPECT_EQ(r.status, 0);
     EXPECT_NE(r.out.find("import FILE... --result DIR"), std::string::npos);
     EXPECT_NE(r.out.find("problems DIR [--json]"), std::string::npos);
+    EXPECT_NE(r.out.find("check DIR [--suppressions FILE.sup]..."), std::string::npos);
     r = run("help import");
     EXPECT_EQ(r.status, 0);
     EXPECT_NE(r.out.find("--source-dir"), std::string::npos);
@@ -234,6 +235,196 @@ TEST_F(CorrTool, HelpAndUsage)
     EXPECT_EQ(run("import --result " + quoted(m_dir / "r")).status, 2);
     EXPECT_EQ(run("problems " + quoted(m_dir) + " --bogus").status, 2);
     EXPECT_EQ(run("").status, 2);
+}
+
+// A scratch copy of the sample result, so that suppressions can be written into it.
+class CorrToolSuppressions : public CorrTool
+{
+protected:
+    void SetUp() override
+    {
+        CorrTool::SetUp();
+        m_result = m_dir / "result";
+        fs::copy(fs::path(CORR_SAMPLES_DIR) / "result", m_result, fs::copy_options::recursive);
+        fs::create_directories(m_result / "suppressions");
+    }
+
+    json problems()
+    {
+        const auto r = run("problems " + quoted(m_result) + " --json");
+        EXPECT_EQ(r.status, 0) << r.err;
+        return json::parse(r.out).at("problems");
+    }
+
+    fs::path m_result;
+};
+
+TEST_F(CorrToolSuppressions, CheckFailsUntilEveryProblemIsSuppressed)
+{
+    auto r = run("check " + quoted(m_result));
+    EXPECT_EQ(r.status, 1) << r.err;
+    const json before = problems();
+    const size_t n = before.size();
+    ASSERT_GT(n, 10u);
+    EXPECT_NE(r.out.find(std::to_string(n) + " problems, 0 suppressed, " + std::to_string(n) +
+                         " not suppressed\n"),
+              std::string::npos)
+        << r.out;
+
+    std::string ids;
+    for (const auto& p : before) {
+        EXPECT_TRUE(p.at("suppressed_by").is_null());
+        ids += " --problem " + std::to_string(p.at("id").get<int>());
+    }
+    r = run("suppress " + quoted(m_result) + ids + " --file team.sup --name 'Known problems'");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("created "), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find(std::to_string(n) + " rules"), std::string::npos) << r.out;
+    ASSERT_TRUE(fs::exists(m_result / "suppressions" / "team.sup"));
+
+    r = run("check " + quoted(m_result));
+    EXPECT_EQ(r.status, 0) << r.out;
+    EXPECT_EQ(r.out, std::to_string(n) + " problems, " + std::to_string(n) +
+                         " suppressed, 0 not suppressed\n");
+    for (const auto& p : problems())
+        EXPECT_EQ(p.at("suppressed_by"), "Known problems") << p.at("id");
+
+    // The rules are the dialog's defaults: one per problem, only the best frame used.
+    r = run("suppressions " + quoted(m_result) + " --json");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const json files = json::parse(r.out).at("files");
+    ASSERT_EQ(files.size(), 1u);
+    const auto& set = files[0].at("suppressions").at(0);
+    EXPECT_EQ(set.at("name"), "Known problems");
+    EXPECT_EQ(set.at("kind"), "best-location");
+    ASSERT_EQ(set.at("rules").size(), n);
+    for (size_t i = 0; i < n; ++i) {
+        const auto& rule = set.at("rules")[i];
+        EXPECT_EQ(rule.at("type").at("value"), before[i].at("type"));
+        EXPECT_TRUE(rule.at("type").at("active"));
+        EXPECT_TRUE(rule.at("description").at("active"));
+        const auto& frames = rule.at("stack").at("frames");
+        ASSERT_EQ(frames.size(), before[i].at("stacks")[0].size());
+        size_t used = 0;
+        for (size_t f = 0; f < frames.size(); ++f)
+            if (!frames[f].at("elided")) {
+                ++used;
+                EXPECT_EQ(f, before[i].at("best_level").get<size_t>()) << "problem " << i + 1;
+                EXPECT_TRUE(frames[f].at("best"));
+            }
+        EXPECT_EQ(used, 1u) << "problem " << i + 1;
+    }
+}
+
+TEST_F(CorrToolSuppressions, AnyProblemTypeAndExtraFiles)
+{
+    // An absolute file outside the result only counts when named to check.
+    const fs::path extra = m_dir / "extra.sup";
+    auto r = run("suppress " + quoted(m_result) + " --problem 2 --problem 1 --file " + quoted(extra) +
+                 " --name 'Any type' --any-problem");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const std::string text = read_file(extra);
+    EXPECT_NE(text.find("type any \"Invalid write\""), std::string::npos) << text;
+    EXPECT_NE(text.find("type any \"Invalid read\""), std::string::npos) << text;
+
+    r = run("suppressions " + quoted(extra) + " --json");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const auto rules = json::parse(r.out).at("files")[0].at("suppressions")[0].at("rules");
+    ASSERT_EQ(rules.size(), 2u);
+    for (const auto& rule : rules) {
+        EXPECT_FALSE(rule.at("type").at("active"));
+        EXPECT_TRUE(rule.at("description").at("active"));
+    }
+    r = run("suppressions " + quoted(extra));
+    EXPECT_EQ(r.status, 0);
+    EXPECT_NE(r.out.find("suppression \"Any type\""), std::string::npos) << r.out;
+
+    const std::string n = std::to_string(problems().size());
+    r = run("check " + quoted(m_result));
+    EXPECT_NE(r.out.find(", 0 suppressed"), std::string::npos) << r.out;
+    r = run("check " + quoted(m_result) + " --suppressions " + quoted(extra));
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.out.find(n + " problems, 2 suppressed"), std::string::npos) << r.out;
+    EXPECT_EQ(r.out.find("#1 "), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("not suppressed: #3 "), std::string::npos) << r.out;
+
+    // A second suppression goes into the same file; its name must be new there.
+    r = run("suppress " + quoted(m_result) + " --problem 3 --file " + quoted(extra) +
+            " --name Second");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(read_file(extra).find(text), 0u);
+    const std::string two = read_file(extra);
+    r = run("suppress " + quoted(m_result) + " --problem 4 --file " + quoted(extra) +
+            " --name Second");
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("already holds a suppression named \"Second\""), std::string::npos);
+    EXPECT_EQ(read_file(extra), two);
+}
+
+TEST_F(CorrToolSuppressions, ProjectFilesCountAfterTheResultsOwn)
+{
+    // m_dir holds the result, so it becomes its project.
+    std::ofstream(m_dir / "project.corrproj") << "";
+    fs::create_directories(m_dir / "suppressions");
+    const fs::path project_file = m_dir / "suppressions" / "project.sup";
+    ASSERT_EQ(run("suppress " + quoted(m_result) + " --problem 4 --problem 5 --file " +
+                  quoted(project_file) + " --name Project")
+                  .status,
+              0);
+    ASSERT_EQ(run("suppress " + quoted(m_result) + " --problem 5 --file own.sup --name Own").status, 0);
+    const json list = problems();
+    EXPECT_EQ(list[3].at("suppressed_by"), "Project");
+    EXPECT_EQ(list[4].at("suppressed_by"), "Own");
+    EXPECT_TRUE(list[5].at("suppressed_by").is_null());
+    EXPECT_NE(run("check " + quoted(m_result)).out.find(", 2 suppressed"), std::string::npos);
+
+    const auto r = run("suppressions " + quoted(m_result / "sample.corr") + " --json");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const json files = json::parse(r.out).at("files");
+    ASSERT_EQ(files.size(), 2u);
+    EXPECT_EQ(files[0].at("suppressions")[0].at("name"), "Own");
+    EXPECT_EQ(files[1].at("path"), project_file.string());
+}
+
+TEST_F(CorrToolSuppressions, BadInputFailsWithStatusTwoAndChangesNothing)
+{
+    ASSERT_EQ(run("suppress " + quoted(m_result) + " --problem 1 --file team.sup --name One").status,
+              0);
+    const auto before = snapshot(m_result);
+
+    auto r = run("suppress " + quoted(m_result) + " --problem 2 --problem 999 --file team.sup --name Two");
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("--problem 999: no such problem"), std::string::npos) << r.err;
+    r = run("suppress " + quoted(m_result) + " --problem x1 --file new.sup --name Two");
+    EXPECT_EQ(r.status, 2);
+    EXPECT_EQ(snapshot(m_result), before);
+
+    r = run("suppress " + quoted(m_dir / "nothing") + " --problem 1 --file " +
+            quoted(m_dir / "n.sup") + " --name N");
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("nothing: no such result"), std::string::npos) << r.err;
+    EXPECT_FALSE(fs::exists(m_dir / "n.sup"));
+
+    r = run("check " + quoted(m_result) + " --suppressions " + quoted(m_dir / "missing.sup"));
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("missing.sup: no such file"), std::string::npos) << r.err;
+
+    // A malformed file in the result: every command that reads it stops.
+    const fs::path bad = m_result / "suppressions" / "bad.sup";
+    const std::string bad_text = "corr-suppressions 2\nsuppression \"a\"\n  rule\n"
+                                 "    type \"Invalid read\"\n    line 12x\nend\n";
+    std::ofstream(bad, std::ios::binary) << bad_text;
+    const auto with_bad = snapshot(m_result);
+    for (const std::string command : {"check", "problems", "suppressions"}) {
+        r = run(command + " " + quoted(m_result));
+        EXPECT_EQ(r.status, 2) << command;
+        EXPECT_NE(r.err.find(bad.string() + ":5: "), std::string::npos) << command << ": " << r.err;
+        EXPECT_TRUE(r.out.empty()) << command;
+    }
+    r = run("suppress " + quoted(m_result) + " --problem 2 --file bad.sup --name Two");
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("bad.sup:5: "), std::string::npos) << r.err;
+    EXPECT_EQ(snapshot(m_result), with_bad);
 }
 
 } // namespace
