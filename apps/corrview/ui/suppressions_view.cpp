@@ -6,85 +6,73 @@
 
 namespace corrview {
 
-std::wstring suppression_list_model_t::GetColumnCaption(int col) const
-{
-    switch (col) {
-    case col_name:
-        return corr_dialogs2::translate(L"corrview.suppressions.column.name");
-    case col_rules:
-        return corr_dialogs2::translate(L"corrview.suppressions.column.rules");
-    case col_file:
-        return corr_dialogs2::translate(L"corrview.suppressions.column.file");
-    case col_scope:
-        return corr_dialogs2::translate(L"corrview.suppressions.column.scope");
-    default:
-        return {};
-    }
-}
-
-std::wstring suppression_list_model_t::GetCellText(int row, int col) const
-{
-    if (row < 0 || row >= GetRowCount())
-        return {};
-    const stored_rule_set_t& entry = m_rule_sets[static_cast<size_t>(row)];
-    switch (col) {
-    case col_name:
-        return entry.rule_set->get_name();
-    case col_rules:
-        return std::to_wstring(entry.rule_set->get_rules().size());
-    case col_file:
-        return entry.file ? entry.file->get_path() : std::wstring();
-    case col_scope:
-        return corr_dialogs2::translate(entry.from_project ? L"corrview.suppressions.scope.project"
-                                                           : L"corrview.suppressions.scope.result");
-    default:
-        return {};
-    }
-}
-
 suppressions_view_t::suppressions_view_t(wxWindow* parent, const result_session_t& session)
     : wxPanel(parent), m_session(session)
 {
     SetSizer(new wxBoxSizer(wxVERTICAL));
-    auto* control = new uiframe7::CBaseControl(this);
-    m_grid = new gridview8::CGrid(control);
-    using item = gridview8::IHeaderItem;
-    m_header.AddItem(suppression_list_model_t::col_name, item::isVisible, 30, item::sdNone);
-    m_header.AddItem(suppression_list_model_t::col_rules, item::isVisible, 8, item::sdNone);
-    m_header.AddItem(suppression_list_model_t::col_file, item::isVisible, 50, item::sdNone);
-    m_header.AddItem(suppression_list_model_t::col_scope, item::isVisible, 12, item::sdNone);
+    m_control = new uiframe7::CBaseControl(this);
+    m_grid = new gridview8::CGrid(m_control);
+    // The order the grid models want: window, button, header, then the grid.
+    m_model.set_window(m_control->GetSysWindow());
+    m_model.enable_button(true);
+    m_model.set_button_text(corr_dialogs2::translate(L"corrview.suppressions.view"));
+    m_model.init_header_vis_model(m_header);
     m_grid->SetModel(&m_model, &m_header, true);
+    m_grid->SetDrawingModel(&m_model);
+    m_grid->GetViewer()->AddEventHandler(&m_model);
     m_grid->SetResizingModel(&m_resizing);
-    m_grid->SetTooltipModel(&m_tooltips);
+    m_grid->GetHeader()->SetStyle(1);
+    m_tooltips = std::make_unique<corr_dialogs2::tooltip_model_t>(m_grid, &m_model);
+    m_grid->SetTooltipModel(m_tooltips.get());
     m_grid->SetSelectionMode(gridview8::CGrid::smMulti);
+    m_model.button_clicked().connect([this](int row, int rule) {
+        if (m_view_stack)
+            if (const auto r = m_model.get_rule(row, rule))
+                m_view_stack(r);
+    });
 }
 
 suppressions_view_t::~suppressions_view_t()
 {
-    // The grids borrow the models, which are members: the child windows
-    // (and the grids in them) must go first.
+    // The grid borrows the models, which are members: the child windows (and
+    // the grid in them) must go first.
     DestroyChildren();
 }
 
 void suppressions_view_t::refresh()
 {
-    m_model.set_rule_sets(m_session.rule_sets());
+    std::vector<probstore3::rule_set_ptr> sets;
+    for (const auto& stored : m_session.rule_sets())
+        sets.push_back(stored.rule_set);
+    m_model.clear();
+    m_model.add_rules(sets);
     m_grid->ClearSelection();
     m_grid->SetCurrentRow(-1);
     m_grid->UpdateRows();
     m_grid->RefreshAll();
 }
 
-std::vector<stored_rule_set_t> suppressions_view_t::selected_rule_sets() const
+std::vector<int> suppressions_view_t::chosen_rows() const
 {
     std::vector<int> rows = m_grid->GetSelectedRows();
     if (rows.empty() && m_grid->GetCurrentRow() >= 0)
         rows.push_back(m_grid->GetCurrentRow());
-    std::vector<stored_rule_set_t> out;
-    for (int row : rows)
-        if (row >= 0 && row < m_model.GetRowCount())
-            out.push_back(m_model.rule_sets()[static_cast<size_t>(row)]);
+    return rows;
+}
+
+std::vector<probstore3::rule_set_ptr> suppressions_view_t::selected_rule_sets() const
+{
+    std::vector<probstore3::rule_set_ptr> out;
+    for (int row : chosen_rows())
+        if (auto set = m_model.get_rule_set(row))
+            out.push_back(set);
     return out;
+}
+
+corr_dialogs2::rule_ptr suppressions_view_t::current_rule() const
+{
+    const auto rows = chosen_rows();
+    return rows.empty() ? corr_dialogs2::rule_ptr() : m_model.get_rule(rows.front(), 0);
 }
 
 } // namespace corrview

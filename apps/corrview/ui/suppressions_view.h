@@ -3,56 +3,51 @@
 // suppression files, several selectable, for deleting and viewing stacks.
 #include "../host/result_session.h"
 
-#include "gridview8/gridview8.h"
+#include "corr_dialogs2/suppression_grid_model.h"
 
 #include <wx/panel.h>
 
+#include <functional>
 #include <vector>
 
+namespace uiframe7 {
+class CBaseControl;
+}
+
 namespace corrview {
-
-// One row per stored rule set: name, rules, file, result or project.
-class suppression_list_model_t : public gridview8::CDefPlainModel
-{
-public:
-    enum column_t { col_name, col_rules, col_file, col_scope, col_count };
-
-    void set_rule_sets(std::vector<stored_rule_set_t> rule_sets)
-    {
-        m_rule_sets = std::move(rule_sets);
-    }
-    const std::vector<stored_rule_set_t>& rule_sets() const { return m_rule_sets; }
-
-    int GetRowCount() const override { return static_cast<int>(m_rule_sets.size()); }
-    int GetColumnCount() const override { return col_count; }
-    std::wstring GetColumnCaption(int col) const override;
-    std::wstring GetCellText(int row, int col) const override;
-
-private:
-    std::vector<stored_rule_set_t> m_rule_sets;
-};
 
 class suppressions_view_t : public wxPanel
 {
 public:
+    // Told when the view button of a rule's line was pressed.
+    using view_stack_t = std::function<void(const corr_dialogs2::rule_ptr& rule)>;
+
     suppressions_view_t(wxWindow* parent, const result_session_t& session);
     ~suppressions_view_t() override;
 
     // Lists the session's rule sets again.
     void refresh();
-    // The selected rule sets (the current one when none is selected).
-    std::vector<stored_rule_set_t> selected_rule_sets() const;
+    // The selected rule sets, in row order (the current one when none is selected).
+    std::vector<probstore3::rule_set_ptr> selected_rule_sets() const;
+    // The first rule of the current row's rule set; null without one.
+    corr_dialogs2::rule_ptr current_rule() const;
+    void on_view_stack(view_stack_t handler) { m_view_stack = std::move(handler); }
 
     gridview8::CGrid* grid() const { return m_grid; }
-    const suppression_list_model_t& model() const { return m_model; }
+    const corr_dialogs2::suppression_grid_model_t& model() const { return m_model; }
+    uiframe7::CBaseControl* grid_control() const { return m_control; }
 
 private:
+    std::vector<int> chosen_rows() const;
+
     const result_session_t& m_session;
-    suppression_list_model_t m_model;
-    gridview8::CHeaderVisModel m_header;
+    corr_dialogs2::suppression_grid_model_t m_model;
+    corr_dialogs2::header_vis_model_t m_header;
     gridview8::CProportionalResizingModelEx m_resizing;
-    gridview8::CDefTooltipModel m_tooltips;
+    std::unique_ptr<corr_dialogs2::tooltip_model_t> m_tooltips;
+    uiframe7::CBaseControl* m_control = nullptr;
     gridview8::CGrid* m_grid = nullptr;
+    view_stack_t m_view_stack;
 };
 
 } // namespace corrview

@@ -50,6 +50,49 @@ TEST_F(frame_test, OpensTheSampleResultAndListsItsProblems)
     EXPECT_EQ(model.problem_at(5), 5);
 }
 
+TEST_F(frame_test, SuppressionFileAddedShowsInBothViews)
+{
+    save_rule_set(m_frame->session(), {0, 8}, m_result / "suppressions" / "team.sup", L"Known");
+    m_frame->reload_suppressions();
+
+    const auto& model = problems().model();
+    EXPECT_EQ(model.GetCellText(0, corrview::problems_model_t::col_suppressed_by), L"Known");
+    EXPECT_EQ(model.GetCellText(8, corrview::problems_model_t::col_suppressed_by), L"Known");
+    EXPECT_EQ(model.GetCellText(1, corrview::problems_model_t::col_suppressed_by), L"");
+    gridview8::CCellAttr attr;
+    EXPECT_TRUE(model.GetAttr(0, 0, attr) && attr.grayed);
+    const auto suppressed = m_frame->session().suppressed_count();
+    EXPECT_GE(suppressed, 2u);
+    EXPECT_EQ(m_frame->GetStatusBar()->GetStatusText().ToStdWstring(),
+              L"24 problems, " + std::to_wstring(suppressed) + L" suppressed by 1 suppressions");
+
+    auto& view = *m_frame->suppressions_view();
+    ASSERT_EQ(view.model().GetRowCount(), 1);
+    EXPECT_EQ(view.model().get_rule_set(0)->get_name(), L"Known");
+    EXPECT_EQ(view.model().get_rule_count(0), 2);
+    EXPECT_EQ(fs::path(view.model().get_file_path(0)), m_result / "suppressions" / "team.sup");
+
+    // The view button of the second rule's line names that rule.
+    m_frame->notebook()->SetSelection(1);
+    ASSERT_TRUE(corr_test::wait_until([&] { return view.grid_control()->IsShownOnScreen(); }));
+    corr_test::pump_events(100);
+    corr_dialogs2::rule_ptr viewed;
+    view.on_view_stack([&](const corr_dialogs2::rule_ptr& rule) { viewed = rule; });
+    const auto button = view.model().get_button_rect(
+        0, corr_dialogs2::suppression_grid_model_t::code_location_column);
+    const int line = view.model().get_line_height();
+    const auto at = view.grid()->GetViewer()->LocalToScreen(
+        {(button.left + button.right) / 2, (button.top + button.bottom) / 2 + line / 2});
+    wxUIActionSimulator sim;
+    sim.MouseMove(at.x, at.y);
+    corr_test::pump_events(20);
+    sim.MouseClick();
+    ASSERT_TRUE(corr_test::wait_until([&] { return static_cast<bool>(viewed); }));
+    EXPECT_EQ(viewed, view.model().get_rule(0, 1));
+    sim.MouseMove(m_frame->GetScreenRect().GetBottomRight() + wxPoint(20, 20));
+    corr_test::pump_events();
+}
+
 TEST_F(frame_test, ClickingAProblemFillsTheStackPane)
 {
     // The use after free of the ASan report: an access stack, then where the

@@ -1,7 +1,12 @@
 #pragma once
 // Scratch folders and a private copy of the bundled sample result.
+#include "host/result_session.h"
+
 #include "basekit2/path.h"
 #include "platkit/strings/convert.h"
+#include "probstore3/suppression_file.h"
+
+#include <boost/make_shared.hpp>
 
 #include <gtest/gtest.h>
 
@@ -54,6 +59,25 @@ inline fs::path copy_sample_result(const fs::path& dir)
     fs::copy(sample_result(), dir, fs::copy_options::recursive);
     fs::create_directories(dir / "suppressions");
     return dir;
+}
+
+// Saves the candidate rules of the given problems as one named rule set in
+// file (added to what the file holds).
+inline void save_rule_set(const corrview::result_session_t& session,
+                          const std::vector<size_t>& problems, const fs::path& file,
+                          const std::wstring& name)
+{
+    auto rule_set = session.create_candidates(problems);
+    ASSERT_TRUE(rule_set);
+    rule_set->set_name(name);
+    auto sup = boost::make_shared<probstore3::suppression_file_t>(file.wstring());
+    if (fs::exists(file)) {
+        ASSERT_EQ(sup->load(file.wstring()), 0);
+    }
+    sup->add_suppression(rule_set);
+    ASSERT_EQ(sup->save(file.wstring(), probstore3::suppression_file_t::get_current_file_format()),
+              0)
+        << platkit::strings::wide_to_utf8(sup->get_last_error());
 }
 
 } // namespace host_test

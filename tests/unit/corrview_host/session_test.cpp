@@ -30,23 +30,6 @@ size_t find_problem(const result_session_t& session, const std::string& tool,
     return 0;
 }
 
-// Saves the candidate rules of the given problems as one named rule set in file.
-void save_rule_set(const result_session_t& session, const std::vector<size_t>& problems,
-                   const fs::path& file, const std::wstring& name)
-{
-    auto rule_set = session.create_candidates(problems);
-    ASSERT_TRUE(rule_set);
-    rule_set->set_name(name);
-    auto sup = boost::make_shared<probstore3::suppression_file_t>(file.wstring());
-    if (fs::exists(file)) {
-        ASSERT_EQ(sup->load(file.wstring()), 0);
-    }
-    sup->add_suppression(rule_set);
-    ASSERT_EQ(sup->save(file.wstring(), probstore3::suppression_file_t::get_current_file_format()),
-              0)
-        << platkit::strings::wide_to_utf8(sup->get_last_error());
-}
-
 TEST(Session, SampleResultProblemsAndWhatASuppressionFileHides)
 {
     temp_dir_t tmp;
