@@ -125,6 +125,13 @@ public:
                        const std::vector<path_t>& files, const std::vector<path_t>& source_dirs,
                        import_files_report_t& report) override
     {
+        return create_result(dir, name, files, source_dirs, report, nullptr);
+    }
+
+    bool create_result(const path_t& dir, const std::wstring& name,
+                       const std::vector<path_t>& files, const std::vector<path_t>& source_dirs,
+                       import_files_report_t& report, notify2::IProgress* progress) override
+    {
         report = import_files_report_t{};
         std::error_code ec;
         if (fs::exists(dir.fs(), ec) && !is_empty_dir(dir)) {
@@ -146,7 +153,7 @@ public:
             report.ok = false;
             report.error = scratch->last_error();
         } else {
-            ok = scratch->import_files(files, report);
+            ok = scratch->import_files(files, report, progress);
         }
         if (ok) {
             if (is_empty_dir(path_t(target)))
@@ -167,6 +174,12 @@ public:
     }
 
     bool import_files(const std::vector<path_t>& files, import_files_report_t& report) override
+    {
+        return import_files(files, report, nullptr);
+    }
+
+    bool import_files(const std::vector<path_t>& files, import_files_report_t& report,
+                      notify2::IProgress* progress) override
     {
         report = import_files_report_t{};
         scoped_lock_t import_lock(m_import_mutex);
@@ -196,7 +209,7 @@ public:
             return fail(report.error);
         }
 
-        const bool ok = stage_files(files, manifest, data_dir, staging, report) &&
+        const bool ok = stage_files(files, manifest, data_dir, staging, report, progress) &&
                         commit(manifest, marker, data_dir, staging, report);
         fs::remove_all(staging.fs(), ec);
         if (!ok)
@@ -398,7 +411,8 @@ private:
     // Copies every file to the staging folder and checks the copy with its
     // importer, so that what is checked is exactly what is kept.
     bool stage_files(const std::vector<path_t>& files, const result_manifest_t& manifest,
-                     const path_t& data_dir, const path_t& staging, import_files_report_t& report)
+                     const path_t& data_dir, const path_t& staging, import_files_report_t& report,
+                     notify2::IProgress* progress)
     {
         result_converter_t converter;
         import_context_t context;
@@ -410,7 +424,31 @@ private:
             report.error = error;
             return false;
         };
+        // Cancellation is looked at between the steps of a file (copy, check),
+        // the points where stopping leaves only the staging folder behind.
+        auto cancelled = [&] {
+            if (!progress || !progress->is_cancelled())
+                return false;
+            report.cancelled = true;
+            failed(L"the import was cancelled");
+            return true;
+        };
+        std::vector<double> sizes;
+        double total = 0;
         for (const auto& file : files) {
+            std::error_code ec;
+            const auto size = fs::file_size(file.fs(), ec);
+            sizes.push_back(ec ? 0.0 : static_cast<double>(size));
+            total += sizes.back();
+        }
+        if (progress)
+            progress->begin(files.empty() ? std::wstring() : files.front().str(), total > 0 ? total : 1);
+        for (size_t index = 0; index < files.size(); ++index) {
+            const path_t& file = files[index];
+            if (cancelled())
+                return false;
+            if (progress)
+                progress->set_status(file.str());
             std::error_code ec;
             if (!fs::exists(file.fs(), ec))
                 return failed(file.str() + L": no such file");
@@ -437,12 +475,16 @@ private:
             fs::copy_file(file.fs(), copy.fs(), ec);
             if (ec)
                 return failed(file.str() + L": cannot copy into the result: " + reason(ec));
+            if (cancelled())
+                return false;
             item.report = importer->scan_file(copy, file.str());
             if (!item.report.ok)
                 return failed(item.report.error);
             report.files.push_back(std::move(item));
+            if (progress)
+                progress->progressed(sizes[index]);
         }
-        return true;
+        return !cancelled();
     }
 
     // Moves the staged files into data/ and records them in the marker file,

@@ -275,4 +275,64 @@ TEST(Engine, DataFileThatNoLongerReadsIsReportedOnLoad)
         << utf8(load.error);
 }
 
+// A progress that records what the import reports and cancels once a given
+// number of files has been announced.
+class recording_progress_t : public notify2::IProgress
+{
+public:
+    explicit recording_progress_t(int cancel_at_file = -1) : m_cancel_at(cancel_at_file) {}
+    void begin(const std::wstring&, double total) override { m_total = total; }
+    void progressed(double amount) override { m_position += amount; }
+    void set_status(const std::wstring& text) override { statuses.push_back(text); }
+    void raise_first() override {}
+    void raise_second() override {}
+    double get_total() const override { return m_total; }
+    bool is_cancelled() const override
+    {
+        return m_cancel_at >= 0 && static_cast<int>(statuses.size()) >= m_cancel_at;
+    }
+    double position() const { return m_position; }
+
+    std::vector<std::wstring> statuses;
+
+private:
+    int m_cancel_at;
+    double m_total = 0, m_position = 0;
+};
+
+TEST(Engine, ImportReportsProgressByBytesAndStopsWhenCancelled)
+{
+    temp_dir_t tmp;
+    const auto files = paths({sample("memcheck_overflow.xml"), sample("asan_use_after_free.txt")});
+    const double bytes = static_cast<double>(fs::file_size(sample("memcheck_overflow.xml")) +
+                                             fs::file_size(sample("asan_use_after_free.txt")));
+
+    auto engine = engine_t::create();
+    recording_progress_t progress;
+    import_files_report_t report;
+    ASSERT_TRUE(engine->create_result(path_t(tmp / "done"), L"", files, {}, report, &progress))
+        << utf8(report.error);
+    EXPECT_EQ(progress.get_total(), bytes);
+    EXPECT_EQ(progress.position(), bytes);
+    ASSERT_EQ(progress.statuses.size(), 2u);
+    EXPECT_NE(progress.statuses[1].find(L"asan_use_after_free.txt"), std::wstring::npos);
+
+    // Cancelled while the second file is at work: no result, no trace.
+    recording_progress_t cancelling(2);
+    auto other = engine_t::create();
+    EXPECT_FALSE(other->create_result(path_t(tmp / "cancelled"), L"", files, {}, report, &cancelling));
+    EXPECT_TRUE(report.cancelled);
+    EXPECT_FALSE(report.ok);
+    EXPECT_FALSE(other->has_result());
+    EXPECT_FALSE(fs::exists(tmp / "cancelled"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(tmp.path()), fs::directory_iterator()), 1);
+
+    // Extending an open result: a cancelled import leaves it as it was.
+    recording_progress_t at_once(0);
+    EXPECT_FALSE(engine->import_files(paths({sample("ubsan_multi.txt")}), report, &at_once));
+    EXPECT_TRUE(report.cancelled);
+    EXPECT_EQ(engine->get_data_files().size(), 2u);
+    EXPECT_EQ(engine->get_problems()->size(), 3u);
+}
+
 } // namespace

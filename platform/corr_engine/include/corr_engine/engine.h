@@ -11,6 +11,7 @@
 #include "corr_engine/result_converter.h"
 #include "corr_engine/result_manifest.h"
 #include "corr_engine/suppressions_manager.h"
+#include "notify2/progress.h"
 #include "probstore3/problem.h"
 
 #include <memory>
@@ -33,6 +34,7 @@ struct import_files_report_t
 {
     bool ok = true;
     std::wstring error; // the first failure: "<file>:<line>:<column>: <reason>"
+    bool cancelled = false; // the import was asked to stop (ok is false then)
     std::vector<file_import_t> files;
 };
 
@@ -58,6 +60,14 @@ public:
                                const std::vector<basekit2::path_t>& files,
                                const std::vector<basekit2::path_t>& source_dirs,
                                import_files_report_t& report) = 0;
+    // The same, reporting through progress (may be null): one phase whose
+    // total is the files' size in bytes, the status text naming the file at
+    // work. When progress->is_cancelled() the import stops before the next
+    // step, leaves nothing behind and fails with report.cancelled set.
+    virtual bool create_result(const basekit2::path_t& dir, const std::wstring& name,
+                               const std::vector<basekit2::path_t>& files,
+                               const std::vector<basekit2::path_t>& source_dirs,
+                               import_files_report_t& report, notify2::IProgress* progress) = 0;
 
     // Imports files into the open result: each is copied under data/ and
     // read back from there. All or nothing: when one file fails (unreadable,
@@ -65,6 +75,9 @@ public:
     // output cut short) do not fail the import.
     virtual bool import_files(const std::vector<basekit2::path_t>& files,
                               import_files_report_t& report) = 0;
+    // The same with progress and cancellation, as for create_result.
+    virtual bool import_files(const std::vector<basekit2::path_t>& files,
+                              import_files_report_t& report, notify2::IProgress* progress) = 0;
 
     // Replaces the result's source directories (saved in the marker file).
     virtual bool set_source_dirs(const std::vector<basekit2::path_t>& dirs) = 0;

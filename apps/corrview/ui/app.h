@@ -1,0 +1,40 @@
+#pragma once
+// The viewer's wxApp: sets up the services, opens the main window on the
+// result of the command line (or the sample), and with --screenshot renders
+// the window into a PNG once it is painted, then ends.
+#include "../host/command_line.h"
+
+#include <wx/app.h>
+#include <wx/timer.h>
+
+namespace corrview {
+
+class main_frame_t;
+
+class corrview_app_t : public wxApp
+{
+public:
+    explicit corrview_app_t(options_t options) : m_options(std::move(options)) {}
+
+    bool OnInit() override;
+    int OnExit() override;
+
+    main_frame_t* frame() const { return m_frame; }
+    // The exit code main() returns (a failed screenshot is 1).
+    int exit_code() const { return m_exit_code; }
+
+private:
+    void try_screenshot();
+
+    options_t m_options;
+    main_frame_t* m_frame = nullptr;
+    wxTimer m_screenshot_timer;
+    int m_paints = 0;
+    int m_waited_ms = 0;
+    int m_exit_code = 0;
+};
+
+// Renders a shown top-level window as it is on the screen into a PNG.
+bool save_window_png(wxWindow* window, const basekit2::path_t& file, std::wstring& error);
+
+} // namespace corrview

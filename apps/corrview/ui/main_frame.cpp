@@ -1,0 +1,214 @@
+#include "main_frame.h"
+
+#include "dialog_services.h"
+#include "import_progress_dlg.h"
+#include "problems_view.h"
+#include "suppressions_view.h"
+
+#include "../host/import_job.h"
+
+#include "corr_dialogs2/ui_utils.h"
+#include "corr_dialogs2/version.h"
+#include "platkit/strings/convert.h"
+
+#include <wx/menu.h>
+#include <wx/notebook.h>
+#include <wx/sizer.h>
+
+namespace corrview {
+
+using corr_dialogs2::translate;
+using platkit::generic::varg_list;
+
+namespace {
+
+std::wstring join_lines(const std::vector<std::wstring>& lines, size_t most = 10)
+{
+    std::wstring out;
+    for (size_t i = 0; i < lines.size() && i < most; ++i)
+        out += (out.empty() ? L"" : L"\n") + lines[i];
+    if (lines.size() > most)
+        out += L"\n" +
+               translate(L"corrview.more_lines", varg_list().add(L"count", lines.size() - most));
+    return out;
+}
+
+} // namespace
+
+main_frame_t::main_frame_t()
+    : wxFrame(nullptr, wxID_ANY, translate(L"corrview.title.empty"), wxDefaultPosition,
+              wxSize(1200, 800))
+{
+    build_menus();
+    CreateStatusBar();
+    m_notebook = new wxNotebook(this, wxID_ANY);
+    m_problems = new problems_view_t(m_notebook, m_session);
+    m_suppressions = new suppressions_view_t(m_notebook, m_session);
+    m_notebook->AddPage(m_problems, translate(L"corrview.tab.problems"), true);
+    m_notebook->AddPage(m_suppressions, translate(L"corrview.tab.suppressions"));
+    auto* sizer = new wxBoxSizer(wxVERTICAL);
+    sizer->Add(m_notebook, 1, wxEXPAND);
+    SetSizer(sizer);
+    update_title_and_status();
+    update_actions();
+}
+
+main_frame_t::~main_frame_t() = default;
+
+void main_frame_t::build_menus()
+{
+    auto* file = new wxMenu;
+    file->Append(id_import, translate(L"corrview.menu.import"));
+    file->Append(id_open, translate(L"corrview.menu.open"));
+    file->AppendSeparator();
+    file->Append(wxID_EXIT, translate(L"corrview.menu.exit"));
+
+    auto* help = new wxMenu;
+    help->Append(wxID_ABOUT, translate(L"corrview.menu.about"));
+
+    auto* bar = new wxMenuBar;
+    bar->Append(file, translate(L"corrview.menu.file"));
+    bar->Append(help, translate(L"corrview.menu.help"));
+    SetMenuBar(bar);
+
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { on_import(); }, id_import);
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { on_open(); }, id_open);
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { Close(); }, wxID_EXIT);
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { on_about(); }, wxID_ABOUT);
+}
+
+bool main_frame_t::open_result(const basekit2::path_t& where)
+{
+    if (!m_session.open(where)) {
+        show_error(this, translate(L"corrview.open.failed.title"),
+                   translate(L"corrview.open.failed.text",
+                             varg_list().add(L"reason", m_session.last_error())));
+        return false;
+    }
+    show_session();
+    return true;
+}
+
+void main_frame_t::show_session()
+{
+    m_problems->refresh();
+    m_suppressions->refresh();
+    if (!m_session.problems().empty())
+        m_problems->show_problem(0);
+    update_title_and_status();
+    update_actions();
+    if (!m_session.warnings().empty())
+        SetStatusText(translate(L"corrview.status.warnings",
+                                varg_list()
+                                    .add(L"count", m_session.warnings().size())
+                                    .add(L"first", m_session.warnings().front())));
+}
+
+void main_frame_t::reload_suppressions()
+{
+    m_session.reload_suppressions();
+    m_problems->refresh();
+    m_suppressions->refresh();
+    update_title_and_status();
+}
+
+void main_frame_t::update_title_and_status()
+{
+    if (!m_session.is_open()) {
+        SetTitle(translate(L"corrview.title.empty"));
+        SetStatusText(translate(L"corrview.status.no_result"));
+        return;
+    }
+    const auto engine = m_session.engine();
+    SetTitle(translate(L"corrview.title", varg_list()
+                                              .add(L"result_name", engine->get_result_name())
+                                              .add(L"result_dir", engine->get_result_dir().str())));
+    SetStatusText(translate(L"corrview.status.problems",
+                            varg_list()
+                                .add(L"count", m_session.problems().size())
+                                .add(L"suppressed", m_session.suppressed_count())
+                                .add(L"rule_sets", m_session.rule_sets().size())));
+}
+
+void main_frame_t::update_actions()
+{
+    const bool open = m_session.is_open();
+    wxMenuBar* bar = GetMenuBar();
+    for (int id : {int(id_export), int(id_create_suppression), int(id_delete_suppression),
+                   int(id_view_stack), int(id_filter_sources)})
+        if (bar->FindItem(id))
+            bar->Enable(id, open);
+}
+
+void main_frame_t::on_open()
+{
+    const auto start =
+        m_session.is_open() ? m_session.engine()->get_result_dir() : default_results_dir();
+    const auto marker = ask_result_file(this, start);
+    if (!marker.empty())
+        open_result(marker);
+}
+
+void main_frame_t::on_import()
+{
+    if (is_importing())
+        return;
+    const auto file = ask_import_file(
+        this, m_session.is_open() ? m_session.engine()->get_result_dir() : basekit2::path_t());
+    if (file.empty())
+        return;
+    start_import({file}, unique_result_dir(default_results_dir(), file.stem()));
+}
+
+void main_frame_t::start_import(const std::vector<basekit2::path_t>& files,
+                                const basekit2::path_t& result_dir)
+{
+    if (is_importing())
+        return;
+    auto job = std::make_unique<import_job_t>(files, result_dir);
+    m_import_dlg = new import_progress_dlg_t(this, std::move(job), [this](import_job_t& done) {
+        m_import_dlg = nullptr;
+        import_finished(done);
+    });
+    m_import_dlg->start();
+}
+
+void main_frame_t::import_finished(import_job_t& job)
+{
+    const auto& report = job.report();
+    if (report.cancelled) {
+        SetStatusText(translate(L"corrview.import.cancelled"));
+        return;
+    }
+    if (!job.engine()) {
+        show_error(
+            this, translate(L"corrview.import.failed.title"),
+            translate(L"corrview.import.failed.text", varg_list().add(L"reason", report.error)));
+        return;
+    }
+    m_session.adopt(job.engine());
+    show_session();
+    std::vector<std::wstring> warnings;
+    for (const auto& file : report.files)
+        warnings.insert(warnings.end(), file.report.warnings.begin(), file.report.warnings.end());
+    SetStatusText(
+        translate(L"corrview.import.done", varg_list()
+                                               .add(L"count", m_session.problems().size())
+                                               .add(L"result_dir", job.result_dir().str())));
+    if (!warnings.empty())
+        show_info(this, translate(L"corrview.import.warnings.title"), join_lines(warnings));
+}
+
+void main_frame_t::on_about()
+{
+    show_info(this, translate(L"corrview.about.title"),
+              translate(L"corrview.about.text",
+                        varg_list().add(L"version", platkit::strings::utf8_to_wide(
+                                                        corr_dialogs2::library_version()))));
+}
+
+} // namespace corrview

@@ -1,0 +1,74 @@
+#pragma once
+// The viewer's main window: the problems and suppressions views of one open
+// result, and the actions of the menus. Actions are public so that tests
+// (and a future toolbar) drive exactly what the menus do.
+#include "../host/result_session.h"
+
+#include <wx/frame.h>
+
+#include <memory>
+#include <vector>
+
+class wxNotebook;
+
+namespace corrview {
+
+class problems_view_t;
+class suppressions_view_t;
+class import_progress_dlg_t;
+class import_job_t;
+
+class main_frame_t : public wxFrame
+{
+public:
+    enum {
+        id_import = wxID_HIGHEST + 1,
+        id_open,
+        id_export,
+        id_create_suppression,
+        id_delete_suppression,
+        id_view_stack,
+        id_filter_sources,
+    };
+
+    main_frame_t();
+    ~main_frame_t() override;
+
+    // Opens a result (marker file or folder); false after telling the user why.
+    bool open_result(const basekit2::path_t& where);
+
+    // File > Import: asks for an analyser output and imports it into a new
+    // result in the results folder, on a worker thread.
+    void on_import();
+    // Starts importing files into a new result in result_dir (no question).
+    void start_import(const std::vector<basekit2::path_t>& files,
+                      const basekit2::path_t& result_dir);
+    bool is_importing() const { return m_import_dlg != nullptr; }
+    import_progress_dlg_t* import_dialog() const { return m_import_dlg; }
+
+    void on_open();
+    void on_about();
+
+    result_session_t& session() { return m_session; }
+    problems_view_t* problems_view() const { return m_problems; }
+    suppressions_view_t* suppressions_view() const { return m_suppressions; }
+    wxNotebook* notebook() const { return m_notebook; }
+
+    // Reads the suppression files again and shows what they now suppress.
+    void reload_suppressions();
+
+private:
+    void build_menus();
+    void show_session();
+    void update_title_and_status();
+    void update_actions();
+    void import_finished(import_job_t& job);
+
+    result_session_t m_session;
+    wxNotebook* m_notebook = nullptr;
+    problems_view_t* m_problems = nullptr;
+    suppressions_view_t* m_suppressions = nullptr;
+    import_progress_dlg_t* m_import_dlg = nullptr;
+};
+
+} // namespace corrview

@@ -1,0 +1,119 @@
+#include "problems_view.h"
+
+#include <wx/sizer.h>
+#include <wx/splitter.h>
+
+namespace corrview {
+namespace {
+
+// A panel holding one grid that fills it.
+gridview8::CGrid* make_grid(wxWindow* parent, uiframe7::CBaseControl*& control)
+{
+    auto* panel = new wxPanel(parent);
+    panel->SetSizer(new wxBoxSizer(wxVERTICAL));
+    control = new uiframe7::CBaseControl(panel);
+    return new gridview8::CGrid(control);
+}
+
+} // namespace
+
+problems_view_t::problems_view_t(wxWindow* parent, const result_session_t& session)
+    : wxPanel(parent), m_session(session), m_model(session), m_stack_model(session)
+{
+    m_splitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                                      wxSP_LIVE_UPDATE | wxSP_3DSASH);
+    m_splitter->SetMinimumPaneSize(60);
+    m_grid = make_grid(m_splitter, m_grid_control);
+    m_stack_grid = make_grid(m_splitter, m_stack_control);
+    // The stack pane starts with room for a dozen frames; the problems get the rest.
+    m_splitter->SplitHorizontally(m_grid_control->GetParent(), m_stack_control->GetParent(),
+                                  -FromDIP(280));
+    m_splitter->SetSashGravity(0.6);
+
+    using item = gridview8::IHeaderItem;
+    m_header.AddItem(problems_model_t::col_type, item::isVisible, 18, item::sdNone);
+    m_header.AddItem(problems_model_t::col_description, item::isVisible, 40, item::sdNone);
+    m_header.AddItem(problems_model_t::col_location, item::isVisible, 30, item::sdNone);
+    m_header.AddItem(problems_model_t::col_suppressed_by, item::isVisible, 14, item::sdNone);
+    m_grid->SetModel(&m_model, &m_header, true);
+    m_grid->SetDrawingModel(&m_model);
+    m_grid->SetResizingModel(&m_resizing);
+    m_grid->SetTooltipModel(&m_tooltips);
+    m_grid->SetSelectionMode(gridview8::CGrid::smMulti);
+    m_grid->GetHeader()->SetStyle(1); // sortable captions
+    m_grid->CurrentRowChanged().connect([this](int row) { on_current_row(row); });
+
+    m_stack_header.AddItem(stack_model_t::col_level, item::isFixedWidth, 48, item::sdNone);
+    m_stack_header.AddItem(stack_model_t::col_frame, item::isVisible, 100, item::sdNone);
+    m_stack_resizing.SetFixedWidth(stack_model_t::col_level, 48);
+    m_stack_grid->SetModel(&m_stack_model, &m_stack_header, true);
+    m_stack_grid->SetDrawingModel(&m_stack_model);
+    m_stack_grid->SetResizingModel(&m_stack_resizing);
+    m_stack_grid->SetTooltipModel(&m_tooltips);
+
+    auto* sizer = new wxBoxSizer(wxVERTICAL);
+    sizer->Add(m_splitter, 1, wxEXPAND);
+    SetSizer(sizer);
+}
+
+problems_view_t::~problems_view_t()
+{
+    // The grids borrow the models, which are members: the child windows
+    // (and the grids in them) must go first.
+    DestroyChildren();
+}
+
+void problems_view_t::refresh()
+{
+    const int current = current_problem();
+    m_model.refresh();
+    m_grid->ClearSelection();
+    m_grid->UpdateRows();
+    const int row = current >= 0 ? m_model.row_of(static_cast<size_t>(current)) : -1;
+    if (row >= 0) {
+        m_grid->SetCurrentRow(row);
+        m_grid->SelectRow(row, true);
+    } else {
+        m_grid->SetCurrentRow(-1);
+    }
+    on_current_row(m_grid->GetCurrentRow());
+    m_grid->RefreshAll();
+}
+
+std::vector<size_t> problems_view_t::selected_problems() const
+{
+    std::vector<int> rows = m_grid->GetSelectedRows();
+    if (rows.empty() && m_grid->GetCurrentRow() >= 0)
+        rows.push_back(m_grid->GetCurrentRow());
+    std::vector<size_t> out;
+    for (int row : rows)
+        if (const int problem = m_model.problem_at(row); problem >= 0)
+            out.push_back(static_cast<size_t>(problem));
+    return out;
+}
+
+int problems_view_t::current_problem() const
+{
+    return m_model.problem_at(m_grid->GetCurrentRow());
+}
+
+void problems_view_t::show_problem(size_t problem)
+{
+    const int row = m_model.row_of(problem);
+    if (row < 0)
+        return;
+    m_grid->ClearSelection();
+    m_grid->SetCurrentRow(row);
+    m_grid->SelectRow(row, true);
+    on_current_row(row);
+}
+
+void problems_view_t::on_current_row(int row)
+{
+    m_stack_model.show_problem(m_model.problem_at(row));
+    m_stack_grid->UpdateRows();
+    m_stack_grid->SetStartRow(0);
+    m_stack_grid->RefreshAll();
+}
+
+} // namespace corrview

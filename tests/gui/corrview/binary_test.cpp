@@ -1,0 +1,91 @@
+// The built corrview binary itself: --screenshot under the test's display,
+// and the message (and exit status 2) without a display.
+#include "gui_test.h"
+#include "host_test_support.h"
+
+#include <wx/image.h>
+#include <wx/imagpng.h>
+#include <wx/utils.h>
+
+namespace {
+
+using namespace host_test;
+
+struct run_t
+{
+    long code = -1;
+    std::wstring output;
+};
+
+// Runs the viewer with args; env changes the environment (an empty value
+// removes the variable).
+run_t run_viewer(const wxString& args, const std::map<wxString, wxString>& env)
+{
+    wxExecuteEnv exec_env;
+    wxGetEnvMap(&exec_env.env);
+    for (const auto& [name, value] : env) {
+        if (value.empty())
+            exec_env.env.erase(name);
+        else
+            exec_env.env[name] = value;
+    }
+    wxArrayString out, err;
+    run_t run;
+    run.code = wxExecute(wxString(CORRVIEW_EXE) + " " + args, out, err, wxEXEC_SYNC, &exec_env);
+    for (const auto& line : out)
+        run.output += line.ToStdWstring() + L"\n";
+    for (const auto& line : err)
+        run.output += line.ToStdWstring() + L"\n";
+    return run;
+}
+
+TEST(CorrviewBinary, ScreenshotOfTheSampleResult)
+{
+    temp_dir_t tmp;
+    const fs::path png = tmp / "window.png";
+    const auto run = run_viewer("--screenshot " + wxString(png.string()),
+                                {{"XDG_DATA_HOME", (tmp / "data").string()}});
+    ASSERT_EQ(run.code, 0) << platkit::strings::wide_to_utf8(run.output);
+    if (!wxImage::FindHandler(wxBITMAP_TYPE_PNG))
+        wxImage::AddHandler(new wxPNGHandler);
+    wxImage image;
+    ASSERT_TRUE(image.LoadFile(png.string(), wxBITMAP_TYPE_PNG));
+    EXPECT_GE(image.GetWidth(), 400);
+    EXPECT_GE(image.GetHeight(), 300);
+    // A painted window, not a blank rectangle: the grid's rows and text
+    // give many colours.
+    std::set<unsigned> colours;
+    const unsigned char* data = image.GetData();
+    for (int i = 0; i < image.GetWidth() * image.GetHeight(); i += 7)
+        colours.insert(unsigned(data[3 * i]) << 16 | unsigned(data[3 * i + 1]) << 8 |
+                       data[3 * i + 2]);
+    EXPECT_GT(colours.size(), 8u);
+    // Without an argument the viewer opened a copy of the bundled sample.
+    EXPECT_TRUE(fs::exists(tmp / "data" / "corrview" / "sample-result" / "sample.corr"));
+}
+
+TEST(CorrviewBinary, WithoutADisplayItSaysHowToRunIt)
+{
+    const auto run = run_viewer("", {{"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}});
+    EXPECT_EQ(run.code, 2);
+    EXPECT_NE(run.output.find(L"cannot open a display"), std::wstring::npos)
+        << platkit::strings::wide_to_utf8(run.output);
+    EXPECT_NE(run.output.find(L"xvfb-run -a corrview"), std::wstring::npos);
+
+    // An X server that does not answer is the same.
+    const auto unreachable = run_viewer("", {{"DISPLAY", ":987"}, {"WAYLAND_DISPLAY", ""}});
+    EXPECT_EQ(unreachable.code, 2);
+    EXPECT_NE(unreachable.output.find(L"xvfb-run -a corrview"), std::wstring::npos);
+}
+
+TEST(CorrviewBinary, HelpAndBadArguments)
+{
+    const auto help = run_viewer("--help", {});
+    EXPECT_EQ(help.code, 0);
+    EXPECT_NE(help.output.find(L"usage: corrview"), std::wstring::npos);
+    const auto bad = run_viewer("--frobnicate", {});
+    EXPECT_EQ(bad.code, 1);
+    EXPECT_NE(bad.output.find(L"unknown option --frobnicate"), std::wstring::npos);
+}
+
+} // namespace
