@@ -4,6 +4,7 @@
 //   xvfb-run -a -s "-screen 0 1600x1200x24" build-bench/bench/grid_bench
 // Drawing goes through CBaseControl::Render, the paint handler's own path,
 // into a memory bitmap, so the figures do not depend on the X server's timing.
+#include "counting_allocator.h"
 #include "gridview8/gridview8.h"
 
 #include <benchmark/benchmark.h>
@@ -13,73 +14,8 @@
 #include <wx/init.h>
 #include <wx/panel.h>
 
-#include <atomic>
-#include <cstdlib>
 #include <memory>
-#include <new>
 #include <string>
-
-// Live heap bytes of the whole program, for the memory figure.
-namespace {
-std::atomic<long long> g_live_bytes{0};
-constexpr std::size_t header_size = alignof(std::max_align_t);
-
-// Kept out of line: inlined into operator delete, the compiler would take
-// the header arithmetic for an error.
-[[gnu::noinline]] void* counted_alloc(std::size_t size)
-{
-    auto* block = static_cast<unsigned char*>(std::malloc(size + header_size));
-    if (!block)
-        return nullptr;
-    *reinterpret_cast<std::size_t*>(block) = size;
-    g_live_bytes += static_cast<long long>(size);
-    return block + header_size;
-}
-
-[[gnu::noinline]] void counted_free(void* p)
-{
-    if (!p)
-        return;
-    auto* block = static_cast<unsigned char*>(p) - header_size;
-    g_live_bytes -= static_cast<long long>(*reinterpret_cast<std::size_t*>(block));
-    std::free(block);
-}
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    if (void* p = counted_alloc(size))
-        return p;
-    throw std::bad_alloc();
-}
-void* operator new[](std::size_t size)
-{
-    return operator new(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return counted_alloc(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
-{
-    return counted_alloc(size);
-}
-void operator delete(void* p) noexcept
-{
-    counted_free(p);
-}
-void operator delete[](void* p) noexcept
-{
-    counted_free(p);
-}
-void operator delete(void* p, std::size_t) noexcept
-{
-    counted_free(p);
-}
-void operator delete[](void* p, std::size_t) noexcept
-{
-    counted_free(p);
-}
 
 namespace {
 
@@ -186,12 +122,12 @@ void BM_GridMemory(benchmark::State& state)
         model->SetCount(rows);
         model->UpdateModelState(); // the model's offsets: its own memory, counted apart
         render();                  // warm the drawing caches of the toolkit
-        const long long before = g_live_bytes.load();
+        const long long before = bench_memory::live_bytes();
         g_window->grid->SetModel(model.get(), nullptr, true);
         render();
         g_window->grid->SetStartRow(rows / 2);
         render();
-        const long long after = g_live_bytes.load();
+        const long long after = bench_memory::live_bytes();
         state.counters["grid_bytes"] = static_cast<double>(after - before);
         state.counters["model_offset_bytes"] = static_cast<double>((rows + 1) * sizeof(int));
         g_window->grid->DetachModels();

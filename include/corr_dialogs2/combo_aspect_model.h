@@ -105,11 +105,10 @@ private:
 // With a check column (which rules to create) and the combo box that edits
 // aspect cells. A pick in the combo box changes the rule at once; so does
 // the end of an edit that keeps its value.
-class CORR_DIALOGS2_API editable_combo_aspect_model_t
-    : public check_column_t<combo_aspect_model_t>,
-      public combo_model_t,
-      public gridview8::CDefEditingModel,
-      public uiframe7::IComboBoxEvents
+class CORR_DIALOGS2_API editable_combo_aspect_model_t : public check_column_t<combo_aspect_model_t>,
+                                                        public combo_model_t,
+                                                        public gridview8::CDefEditingModel,
+                                                        public uiframe7::IComboBoxEvents
 {
 public:
     editable_combo_aspect_model_t();

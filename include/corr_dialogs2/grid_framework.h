@@ -106,6 +106,8 @@ protected:
     void refresh_view(int row = -1) const;
     // Position among the shown columns of the column under x; -1 for none.
     int display_position(int x) const;
+    // A column width that fits text in the window's font, at least minimum.
+    int fit_width(const std::wstring& text, int minimum) const;
 
     // Sorting support. A model that keeps its rows in a vector puts them in
     // `order` (order[i] is the old index of the new row i) and returns true;
@@ -157,8 +159,7 @@ public:
 // checked. A left press on a check cell, or space on the current row,
 // toggles the row; every change through set_checked is announced by
 // check_changed() with the row and its new state.
-template <class Model>
-class CORR_DIALOGS2_API check_column_t : public Model
+template <class Model> class CORR_DIALOGS2_API check_column_t : public Model
 {
 public:
     using model_type = Model;
@@ -208,10 +209,17 @@ public:
 
     int get_check_column() const { return Model::GetColumnCount(); }
 
-    // The check column first, then Model's own columns.
+    // The check column first, then Model's own columns. The check column
+    // keeps the width of its box (or of its caption): sharing the width with
+    // the text columns would waste most of it.
     void init_header_vis_model(header_vis_model_t& header)
     {
-        header.add_item(static_cast<size_t>(get_check_column()));
+        const int check = get_check_column();
+        header.add_item(static_cast<size_t>(check));
+        if (gridview8::IHeaderItem* item = header.FindItem(check)) {
+            item->SetState(gridview8::IHeaderItem::isFixedWidth);
+            item->SetWidthWeight(this->fit_width(this->GetColumnCaption(check), 28));
+        }
         Model::init_header_vis_model(header);
     }
 

@@ -12,6 +12,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -64,6 +65,11 @@ public:
     // Which rule's view button was pressed (the host opens its stack).
     button_signal_t& button_clicked() { return m_button_clicked; }
 
+    // A row is as high as its rule set has rules, counted when the row is
+    // added (so that 100,000 rows need not be visited for their heights);
+    // after rules were added to or taken from a shown rule set, call this.
+    void update_row_heights();
+
     void init_header_vis_model(header_vis_model_t& header);
 
     // button_helper_t
@@ -96,13 +102,17 @@ protected:
     bool apply_row_order(const std::vector<int>& order) override;
 
 private:
+    static constexpr std::uint32_t no_file = ~std::uint32_t(0);
     struct row_t
     {
         rule_set_ptr rule_set;
-        suppression_file_ptr file;
+        std::uint32_t file = no_file; // index into m_files
+        std::int32_t lines = 1;
     };
 
-    suppression_file_ptr file_of(const rule_set_ptr& rule_set);
+    std::uint32_t file_index(const suppression_file_ptr& file);
+    std::uint32_t file_index_of(const rule_set_ptr& rule_set);
+    void add_row(const rule_set_ptr& rule_set, std::uint32_t file);
     void rows_changed();
     // The lines of a multi-line column, one per rule.
     std::wstring rule_lines(int row, int col) const;
@@ -110,8 +120,11 @@ private:
     bool every_rule_any(int row, int col) const;
 
     std::vector<row_t> m_rows;
-    // One wrapper per problem-store file, so that rows of a file share it.
-    std::map<const probstore3::suppression_file_t*, suppression_file_ptr> m_files;
+    // The files of the rows, each once; rows of one problem-store file
+    // share one wrapper.
+    std::vector<suppression_file_ptr> m_files;
+    std::map<const suppression_file_t*, std::uint32_t> m_file_indexes;
+    std::map<const probstore3::suppression_file_t*, std::uint32_t> m_store_file_indexes;
     button_signal_t m_button_clicked;
 };
 

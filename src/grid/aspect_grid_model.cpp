@@ -16,7 +16,8 @@ constexpr int column_count = 5;
 
 // The aspects update_row sets, in the order rules show them.
 constexpr std::array<suppfmt_datatype, 7> aspect_list = {
-    sdt_problem_type, sdt_description, sdt_module, sdt_function, sdt_source, sdt_line, sdt_call_stack};
+    sdt_problem_type, sdt_description, sdt_module,    sdt_function,
+    sdt_source,       sdt_line,        sdt_call_stack};
 
 } // namespace
 
@@ -166,8 +167,9 @@ std::wstring aspect_grid_model_t::GetCellText(int row, int col) const
         return {};
     switch (col) {
     case problem_column:
-        return rule->is_item_active(sdt_problem_type) ? rule->get_field_value(sdt_problem_type)
-                                                      : translate(L"dlg.suppression_grid.any_problem");
+        return rule->is_item_active(sdt_problem_type)
+                   ? rule->get_field_value(sdt_problem_type)
+                   : translate(L"dlg.suppression_grid.any_problem");
     case description_column:
         return rule->is_item_active(sdt_description)
                    ? rule->get_field_value(sdt_description)

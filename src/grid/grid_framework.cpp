@@ -63,8 +63,7 @@ bool button_helper_t::on_button_click(int, int, const uicore7::screen_rectangle<
     return false;
 }
 
-bool button_helper_t::ProcessButtonDown(int x, int y, int keys, uicore7::MouseButton button,
-                                        bool*)
+bool button_helper_t::ProcessButtonDown(int x, int y, int keys, uicore7::MouseButton button, bool*)
 {
     if (button != uicore7::mbLeft || (keys & uicore7::ksDoubleClick) || !m_button_enabled)
         return false;
@@ -88,8 +87,7 @@ uiframe7::IDiscreteItemViewModel* button_helper_t::GetRowViewModel() const
     if (m_rows)
         return m_rows;
     // Not stored: a copied model would keep pointing at the original.
-    return dynamic_cast<uiframe7::IDiscreteItemViewModel*>(
-        const_cast<button_helper_t*>(this));
+    return dynamic_cast<uiframe7::IDiscreteItemViewModel*>(const_cast<button_helper_t*>(this));
 }
 
 void button_helper_t::SetColumnViewModel(uiframe7::IContinuousItemViewModel* columns)
@@ -173,8 +171,8 @@ int button_helper_t::get_line_height() const
     return row_height > row_padding ? row_height - row_padding : fallback_line_height;
 }
 
-uicore7::rectangle<double> button_helper_t::get_text_rect(
-    int col, const uicore7::rectangle<double>& content) const
+uicore7::rectangle<double>
+button_helper_t::get_text_rect(int col, const uicore7::rectangle<double>& content) const
 {
     uicore7::rectangle<double> rect = content;
     if (m_button_enabled && has_button(col))
@@ -182,7 +180,8 @@ uicore7::rectangle<double> button_helper_t::get_text_rect(
     return rect;
 }
 
-void button_helper_t::draw_button(uicore7::IPainter* painter, const uicore7::rectangle<double>& rect)
+void button_helper_t::draw_button(uicore7::IPainter* painter,
+                                  const uicore7::rectangle<double>& rect)
 {
     if (!painter)
         return;
@@ -218,6 +217,17 @@ int button_helper_t::display_position(int x) const
 {
     const auto* columns = GetColumnViewModel();
     return columns ? columns->HitTest(x) : -1;
+}
+
+int button_helper_t::fit_width(const std::wstring& text, int minimum) const
+{
+    if (text.empty())
+        return minimum;
+    uicore7::IPainter* painter = m_window ? m_window->GetPainter() : nullptr;
+    // Without a window, an average character width of the usual fonts.
+    const int width =
+        painter ? painter->GetTextExtent(text).width : 7 * static_cast<int>(text.size());
+    return std::max(minimum, width + 16);
 }
 
 bool button_helper_t::apply_row_order(const std::vector<int>&)

@@ -67,8 +67,7 @@ bool natural_less(const std::wstring& a, const std::wstring& b)
     return a.size() - i < b.size() - j;
 }
 
-std::vector<int> sort_order(int count, const std::function<std::wstring(int)>& key,
-                            bool descending)
+std::vector<int> sort_order(int count, const std::function<std::wstring(int)>& key, bool descending)
 {
     std::vector<std::wstring> keys;
     keys.reserve(static_cast<size_t>(std::max(0, count)));

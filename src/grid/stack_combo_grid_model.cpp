@@ -19,8 +19,7 @@ constexpr int any_entry = 1;
 // ---- stack_combo_grid_model_t
 
 stack_combo_grid_model_t::stack_combo_grid_model_t() = default;
-stack_combo_grid_model_t::stack_combo_grid_model_t(const stack_combo_grid_model_t& other) =
-    default;
+stack_combo_grid_model_t::stack_combo_grid_model_t(const stack_combo_grid_model_t& other) = default;
 stack_combo_grid_model_t&
 stack_combo_grid_model_t::operator=(const stack_combo_grid_model_t& other) = default;
 stack_combo_grid_model_t::~stack_combo_grid_model_t() = default;
@@ -49,8 +48,8 @@ stack_ptr stack_combo_grid_model_t::live_stack() const
 
 suppression_rule_t::callstack_t stack_combo_grid_model_t::get_stack() const
 {
-    const auto item = m_rule ? as_stack_item(m_rule->get_item(sdt_call_stack))
-                             : shared_pointer<stack_item_t>();
+    const auto item =
+        m_rule ? as_stack_item(m_rule->get_item(sdt_call_stack)) : shared_pointer<stack_item_t>();
     return item ? item->get_callstack() : suppression_rule_t::callstack_t();
 }
 

@@ -32,45 +32,81 @@ suppression_grid_model_t::~suppression_grid_model_t() = default;
 
 // ---- rows
 
-suppression_file_ptr suppression_grid_model_t::file_of(const rule_set_ptr& rule_set)
+std::uint32_t suppression_grid_model_t::file_index(const suppression_file_ptr& file)
 {
-    const auto file = rule_set ? rule_set->get_file() : boost::shared_ptr<probstore3::suppression_file_t>();
     if (!file)
-        return {};
-    auto& wrapper = m_files[file.get()];
-    if (!wrapper)
-        wrapper = wrap_suppression_file(file);
-    return wrapper;
+        return no_file;
+    const auto [it, added] =
+        m_file_indexes.emplace(file.get(), static_cast<std::uint32_t>(m_files.size()));
+    if (added)
+        m_files.push_back(file);
+    return it->second;
+}
+
+std::uint32_t suppression_grid_model_t::file_index_of(const rule_set_ptr& rule_set)
+{
+    const auto store_file =
+        rule_set ? rule_set->get_file() : boost::shared_ptr<probstore3::suppression_file_t>();
+    if (!store_file)
+        return no_file;
+    const auto found = m_store_file_indexes.find(store_file.get());
+    if (found != m_store_file_indexes.end())
+        return found->second;
+    const std::uint32_t index = file_index(wrap_suppression_file(store_file));
+    m_store_file_indexes.emplace(store_file.get(), index);
+    return index;
+}
+
+void suppression_grid_model_t::add_row(const rule_set_ptr& rule_set, std::uint32_t file)
+{
+    const int rules = rule_set ? static_cast<int>(rule_set->get_rules().size()) : 0;
+    m_rows.push_back({rule_set, file, std::max(1, rules)});
 }
 
 void suppression_grid_model_t::add_rules(const std::vector<rule_set_ptr>& rule_sets)
 {
+    m_rows.reserve(m_rows.size() + rule_sets.size());
     for (const auto& rule_set : rule_sets)
-        m_rows.push_back({rule_set, file_of(rule_set)});
+        add_row(rule_set, file_index_of(rule_set));
     rows_changed();
 }
 
 void suppression_grid_model_t::add_rules(const std::vector<rule_set_ptr>& rule_sets,
                                          const suppression_file_ptr& file)
 {
+    const std::uint32_t index = file_index(file);
     m_rows.reserve(m_rows.size() + rule_sets.size());
     for (const auto& rule_set : rule_sets)
-        m_rows.push_back({rule_set, file});
+        add_row(rule_set, index);
     rows_changed();
 }
 
 void suppression_grid_model_t::add_file(const suppression_file_ptr& file)
 {
-    const auto store_file = file ? file->get_file() : boost::shared_ptr<probstore3::suppression_file_t>();
-    if (store_file)
-        add_rules(store_file->get_rulesets(true), file);
+    const auto store_file =
+        file ? file->get_file() : boost::shared_ptr<probstore3::suppression_file_t>();
+    if (!store_file)
+        return;
+    // Rule sets of this store file found later share the given wrapper.
+    m_store_file_indexes.emplace(store_file.get(), file_index(file));
+    add_rules(store_file->get_rulesets(true), file);
 }
 
 void suppression_grid_model_t::clear()
 {
     m_rows.clear();
     m_files.clear();
+    m_file_indexes.clear();
+    m_store_file_indexes.clear();
     rows_changed();
+}
+
+void suppression_grid_model_t::update_row_heights()
+{
+    for (auto& row : m_rows)
+        row.lines =
+            std::max(1, row.rule_set ? static_cast<int>(row.rule_set->get_rules().size()) : 0);
+    UpdateModelState();
 }
 
 void suppression_grid_model_t::rows_changed()
@@ -93,7 +129,8 @@ suppression_file_ptr suppression_grid_model_t::get_file(int row) const
 {
     if (row < 0 || row >= static_cast<int>(m_rows.size()))
         return {};
-    return m_rows[static_cast<size_t>(row)].file;
+    const std::uint32_t file = m_rows[static_cast<size_t>(row)].file;
+    return file == no_file ? suppression_file_ptr() : m_files[file];
 }
 
 std::wstring suppression_grid_model_t::get_file_path(int row) const
@@ -104,7 +141,6 @@ std::wstring suppression_grid_model_t::get_file_path(int row) const
 
 int suppression_grid_model_t::get_rule_count(int row) const
 {
-    // Asked for every row when the row heights are computed: no copies.
     if (row < 0 || row >= static_cast<int>(m_rows.size()))
         return 0;
     const auto& rule_set = m_rows[static_cast<size_t>(row)].rule_set;
@@ -202,8 +238,9 @@ std::wstring suppression_grid_model_t::rule_text(const rule_ptr& rule, int col) 
 {
     switch (col) {
     case problem_column:
-        return rule->is_item_active(sdt_problem_type) ? rule->get_field_value(sdt_problem_type)
-                                                      : translate(L"dlg.suppression_grid.any_problem");
+        return rule->is_item_active(sdt_problem_type)
+                   ? rule->get_field_value(sdt_problem_type)
+                   : translate(L"dlg.suppression_grid.any_problem");
     case description_column:
         return rule->is_item_active(sdt_description)
                    ? rule->get_field_value(sdt_description)
@@ -261,7 +298,8 @@ int suppression_grid_model_t::GetCellTextAlign(int, int) const
     return grid_text::cell_align;
 }
 
-void suppression_grid_model_t::OnSortColumn(int col, gridview8::IHeaderItem::SortingDirection direction)
+void suppression_grid_model_t::OnSortColumn(int col,
+                                            gridview8::IHeaderItem::SortingDirection direction)
 {
     if (col < 0 || col >= column_count || direction == gridview8::IHeaderItem::sdNone)
         return;
@@ -320,7 +358,10 @@ void suppression_grid_model_t::GetContentRect(int, int col, uicore7::rectangle<d
 
 int suppression_grid_model_t::GetItemSize(int item) const
 {
-    const int lines = std::max(1, get_rule_count(item));
+    // Asked for every row whenever the row offsets are computed.
+    if (item < 0 || item >= static_cast<int>(m_rows.size()))
+        return GetDefaultItemSize();
+    const int lines = m_rows[static_cast<size_t>(item)].lines;
     const int single = GetDefaultItemSize() > 0 ? GetDefaultItemSize() : get_line_height() + 6;
     return single + (lines - 1) * get_line_height();
 }

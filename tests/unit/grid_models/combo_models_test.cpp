@@ -22,9 +22,11 @@ std::string rule_state(const rule_ptr& rule)
 {
     std::string out;
     for (auto type : rule_datatypes)
-        out += std::to_string(type) + (rule->is_item_active(type) ? "+" : "-") + rule->get_value_text(type) + "|";
+        out += std::to_string(type) + (rule->is_item_active(type) ? "+" : "-") +
+               rule->get_value_text(type) + "|";
     if (const auto stack = rule->get_stack_item())
-        out += stack->get_text() + "#" + std::to_string(stack->get_best_level()) + (stack->is_active() ? "+" : "-");
+        out += stack->get_text() + "#" + std::to_string(stack->get_best_level()) +
+               (stack->is_active() ? "+" : "-");
     return out;
 }
 
@@ -104,7 +106,7 @@ TEST(ComboAspectModel, ComboEditsWriteTheRuleInPlaceAndNothingElse)
     model.init(races);
     model.set_count(model.GetRowCount());
     EXPECT_EQ(model.GetEditorInt(0, 0), nullptr); // no combo box before init(window)
-    model.save_editors_data();                      // nothing to save: nothing happens
+    model.save_editors_data();                    // nothing to save: nothing happens
     model.init(static_cast<uicore7::ISysWindow*>(nullptr));
 
     const rule_ptr rule = races->get_rules()[1];
@@ -176,7 +178,8 @@ TEST(StackComboModel, ColumnsAreTheFrameFieldsThenUseInRule)
     model.init(rule);
     const auto& types = stack_combo_grid_model_t::get_stack_datatypes();
     EXPECT_EQ(&types, &stack_combo_grid_model_t::get_stack_datatypes());
-    EXPECT_EQ(types, (std::vector<suppfmt_datatype>{sdt_module, sdt_function, sdt_source, sdt_line}));
+    EXPECT_EQ(types,
+              (std::vector<suppfmt_datatype>{sdt_module, sdt_function, sdt_source, sdt_line}));
     ASSERT_EQ(model.GetColumnCount(), 5);
     EXPECT_EQ(model.get_check_column(), static_cast<int>(types.size()));
     for (int col = 0; col < 4; ++col)
@@ -204,8 +207,9 @@ TEST(StackComboModel, PicksChangeTheRuleAtOnceAndALineFollowsItsSource)
 
     uiframe7::CComboBox* combo = combo_of(model.GetEditorInt(0, 2)); // frame 0, source
     ASSERT_NE(combo, nullptr);
-    EXPECT_EQ(entries(combo), (std::vector<std::wstring>{stack->get_frame_field_value(0, sdt_source),
-                                                         word(L"dlg.suppression_grid.any_value")}));
+    EXPECT_EQ(entries(combo),
+              (std::vector<std::wstring>{stack->get_frame_field_value(0, sdt_source),
+                                         word(L"dlg.suppression_grid.any_value")}));
     EXPECT_EQ(combo->GetSelection(), 0);
     model.CBOnChoicItem(combo, 1);
     EXPECT_FALSE(stack->is_frame_field_active(0, sdt_source));

@@ -57,8 +57,9 @@ protected:
     M model;
 };
 
-using editable_models = ::testing::Types<editable_suppression_grid_model_t, editable_aspect_grid_model_t,
-                                         editable_combo_aspect_model_t, editable_stack_grid_model_t>;
+using editable_models =
+    ::testing::Types<editable_suppression_grid_model_t, editable_aspect_grid_model_t,
+                     editable_combo_aspect_model_t, editable_stack_grid_model_t>;
 TYPED_TEST_SUITE(CheckColumn, editable_models);
 
 } // namespace

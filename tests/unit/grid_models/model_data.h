@@ -97,9 +97,10 @@ struct sample_files
 
     sample_files()
     {
-        team = write_and_read("team.sup", {candidates("memcheck_use_after_free.xml", L"Use after free"),
-                                           candidates("helgrind_race_counter.xml", L"Counter races"),
-                                           candidates("memcheck_leaks.xml", L"Leaks")});
+        team = write_and_read("team.sup",
+                              {candidates("memcheck_use_after_free.xml", L"Use after free"),
+                               candidates("helgrind_race_counter.xml", L"Counter races"),
+                               candidates("memcheck_leaks.xml", L"Leaks")});
         other = write_and_read("other.sup", {candidates("memcheck_libbuggy.xml", L"Library bugs")});
     }
 
@@ -112,8 +113,8 @@ struct sample_files
     }
 
 private:
-    boost::shared_ptr<probstore3::suppression_file_t> write_and_read(const std::string& leaf,
-                                                                   const std::vector<rule_set_ptr>& sets)
+    boost::shared_ptr<probstore3::suppression_file_t>
+    write_and_read(const std::string& leaf, const std::vector<rule_set_ptr>& sets)
     {
         const std::wstring path = (dir / leaf).wstring();
         auto file = boost::make_shared<probstore3::suppression_file_t>(path);
