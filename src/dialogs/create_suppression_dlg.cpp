@@ -336,7 +336,6 @@ void create_suppression_dlg_t::on_init_dialog()
         m_model.init(window);
     m_model.enable_button(true);
     update_button_text();
-    m_resizing.SetFixedWidth(m_model.get_check_column(), detail::check_column_width(this));
     m_resizing.SetFixedWidth(combo_aspect_model_t::frames_column, GetTextExtent(L"0000000").x);
     m_tooltips = std::make_unique<tooltip_model_t>(m_grid->grid(), &m_model, -1,
                                                    combo_aspect_model_t::stack_column);

@@ -130,7 +130,6 @@ void delete_suppression_dlg_t::on_init_dialog()
         m_model.set_window(window);
     m_model.enable_button(true);
     m_model.set_button_text(translate(L"dlg.suppressions.new.view"));
-    m_resizing.SetFixedWidth(m_model.get_check_column(), detail::check_column_width(this));
     m_tooltips = std::make_unique<tooltip_model_t>(m_grid->grid(), &m_model, -1,
                                                    suppression_grid_model_t::code_location_column);
     m_grid->wire(m_model, m_header, nullptr, &m_resizing, m_tooltips.get());

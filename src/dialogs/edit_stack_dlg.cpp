@@ -94,10 +94,6 @@ void edit_stack_dlg_t::on_init_dialog()
         m_model.init(window);
         m_model.set_window(window);
     }
-    // The check column carries a caption ("use in rule") here: room for it.
-    const int check_column = m_model.get_check_column();
-    m_resizing.SetFixedWidth(check_column, std::max(detail::check_column_width(this),
-                                                    GetTextExtent(m_model.GetColumnCaption(check_column)).x + 24));
     const auto& fields = stack_combo_grid_model_t::get_stack_datatypes();
     const auto line = std::find(fields.begin(), fields.end(), suppfmt3::sdt_line);
     if (line != fields.end()) // line numbers are short

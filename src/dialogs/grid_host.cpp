@@ -21,8 +21,6 @@ std::vector<wxBitmap> make_check_images(wxWindow* window)
     return images;
 }
 
-int check_column_width(wxWindow* window) { return wxRendererNative::Get().GetCheckBoxSize(window).x + 16; }
-
 void grid_host_t::create(wxWindow* placeholder)
 {
     if (!placeholder || m_control)

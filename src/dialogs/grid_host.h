@@ -71,7 +71,4 @@ private:
     gridview8::CGrid* m_grid = nullptr;
 };
 
-// The width a check column gets: the check box and a margin.
-int check_column_width(wxWindow* window);
-
 } // namespace corr_dialogs2::detail
