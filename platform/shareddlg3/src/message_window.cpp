@@ -79,14 +79,14 @@ message_dialog_t::message_dialog_t(wxWindow* parent, const message_window_t& mes
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(message.create_panel(this), 1, wxEXPAND);
 
-    struct button_spec
+    struct button_kind
     {
         int flag;
         wxWindowID id;
         const wchar_t* key;
         wxWindowID stock;
     };
-    const button_spec specs[] = {
+    const button_kind kinds[] = {
         {message_window_t::btn_yes, wxID_YES, L"msgbox.yes", wxID_YES},
         {message_window_t::btn_yes_to_all, wxID_YESTOALL, L"msgbox.yes_to_all", wxID_NONE},
         {message_window_t::btn_ok, wxID_OK, L"msgbox.ok", wxID_OK},
@@ -97,11 +97,11 @@ message_dialog_t::message_dialog_t(wxWindow* parent, const message_window_t& mes
     auto* buttons = new wxBoxSizer(wxHORIZONTAL);
     buttons->AddStretchSpacer();
     bool first = true;
-    for (const auto& spec : specs) {
-        if (!(message.buttons() & spec.flag))
+    for (const auto& kind : kinds) {
+        if (!(message.buttons() & kind.flag))
             continue;
-        auto* button = new wxButton(this, spec.id, button_label(spec.key, spec.stock));
-        button->Bind(wxEVT_BUTTON, [this, id = spec.id](wxCommandEvent&) { EndModal(id); });
+        auto* button = new wxButton(this, kind.id, button_label(kind.key, kind.stock));
+        button->Bind(wxEVT_BUTTON, [this, id = kind.id](wxCommandEvent&) { EndModal(id); });
         if (first)
             button->SetDefault();
         first = false;
