@@ -7,6 +7,9 @@
 
 #include "../host/import_job.h"
 
+#include "corr_dialogs2/create_suppression_dlg.h"
+#include "corr_dialogs2/delete_suppression_dlg.h"
+#include "corr_dialogs2/stack_dialogs.h"
 #include "corr_dialogs2/ui_utils.h"
 #include "corr_dialogs2/version.h"
 #include "platkit/strings/convert.h"
@@ -46,6 +49,8 @@ main_frame_t::main_frame_t()
     m_suppressions = new suppressions_view_t(m_notebook, m_session);
     m_notebook->AddPage(m_problems, translate(L"corrview.tab.problems"), true);
     m_notebook->AddPage(m_suppressions, translate(L"corrview.tab.suppressions"));
+    m_suppressions->on_view_stack(
+        [this](const corr_dialogs2::rule_ptr& rule) { view_stack(rule); });
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(m_notebook, 1, wxEXPAND);
     SetSizer(sizer);
@@ -63,22 +68,44 @@ void main_frame_t::build_menus()
     file->AppendSeparator();
     file->Append(wxID_EXIT, translate(L"corrview.menu.exit"));
 
+    auto* suppressions = new wxMenu;
+    suppressions->Append(id_create_suppression, translate(L"corrview.menu.create_suppression"));
+    suppressions->Append(id_delete_suppression, translate(L"corrview.menu.delete_suppression"));
+    suppressions->Append(id_view_stack, translate(L"corrview.menu.view_stack"));
+
     auto* help = new wxMenu;
     help->Append(wxID_ABOUT, translate(L"corrview.menu.about"));
 
     auto* bar = new wxMenuBar;
     bar->Append(file, translate(L"corrview.menu.file"));
+    bar->Append(suppressions, translate(L"corrview.menu.suppressions"));
     bar->Append(help, translate(L"corrview.menu.help"));
     SetMenuBar(bar);
 
-    Bind(
-        wxEVT_MENU, [this](wxCommandEvent&) { on_import(); }, id_import);
-    Bind(
-        wxEVT_MENU, [this](wxCommandEvent&) { on_open(); }, id_open);
-    Bind(
-        wxEVT_MENU, [this](wxCommandEvent&) { Close(); }, wxID_EXIT);
-    Bind(
-        wxEVT_MENU, [this](wxCommandEvent&) { on_about(); }, wxID_ABOUT);
+    struct action_t
+    {
+        int id;
+        void (main_frame_t::*run)();
+    };
+    const action_t actions[] = {
+        {id_import, &main_frame_t::on_import},
+        {id_open, &main_frame_t::on_open},
+        {wxID_EXIT, &main_frame_t::on_exit},
+        {id_create_suppression, &main_frame_t::on_create_suppression},
+        {id_delete_suppression, &main_frame_t::on_delete_suppression},
+        {id_view_stack, &main_frame_t::on_view_stack},
+        {wxID_ABOUT, &main_frame_t::on_about},
+    };
+    for (const action_t& action : actions) {
+        const auto run = action.run;
+        Bind(
+            wxEVT_MENU, [this, run](wxCommandEvent&) { (this->*run)(); }, action.id);
+    }
+}
+
+void main_frame_t::on_exit()
+{
+    Close();
 }
 
 bool main_frame_t::open_result(const basekit2::path_t& where)
@@ -201,6 +228,59 @@ void main_frame_t::import_finished(import_job_t& job)
                                                .add(L"result_dir", job.result_dir().str())));
     if (!warnings.empty())
         show_info(this, translate(L"corrview.import.warnings.title"), join_lines(warnings));
+}
+
+void main_frame_t::on_create_suppression()
+{
+    if (!m_session.is_open())
+        return;
+    const auto rules = m_session.create_candidates(m_problems->selected_problems());
+    if (!rules) {
+        SetStatusText(translate(L"corrview.create.nothing_selected"));
+        return;
+    }
+    corr_dialogs2::create_suppression_dlg_t dialog(rules, m_session.engine().get());
+    if (dialog.show_modal(this) != wxID_OK || !dialog.is_saved())
+        return;
+    reload_suppressions();
+    SetStatusText(
+        translate(L"corrview.create.done", varg_list()
+                                               .add(L"name", rules->get_name())
+                                               .add(L"file", rules->get_file_path())
+                                               .add(L"suppressed", m_session.suppressed_count())));
+}
+
+void main_frame_t::on_delete_suppression()
+{
+    if (!m_session.is_open())
+        return;
+    const auto rule_sets = m_suppressions->selected_rule_sets();
+    if (rule_sets.empty()) {
+        m_notebook->SetSelection(m_notebook->FindPage(m_suppressions));
+        SetStatusText(translate(L"corrview.delete.nothing_selected"));
+        return;
+    }
+    corr_dialogs2::delete_suppression_dlg_t dialog(rule_sets);
+    if (dialog.show_modal(this) != wxID_OK)
+        return;
+    // Read back from the files: what the dialog could not save is still there.
+    reload_suppressions();
+}
+
+void main_frame_t::on_view_stack()
+{
+    if (const auto rule = m_suppressions->current_rule())
+        view_stack(rule);
+    else
+        SetStatusText(translate(L"corrview.delete.nothing_selected"));
+}
+
+void main_frame_t::view_stack(const corr_dialogs2::rule_ptr& rule)
+{
+    if (!rule)
+        return;
+    corr_dialogs2::stack_dlg_t dialog(rule->get_stack(true), false, -1);
+    dialog.show_modal(this);
 }
 
 void main_frame_t::on_about()

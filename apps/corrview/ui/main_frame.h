@@ -4,6 +4,8 @@
 // (and a future toolbar) drive exactly what the menus do.
 #include "../host/result_session.h"
 
+#include "corr_dialogs2/supp_helpers.h"
+
 #include <wx/frame.h>
 
 #include <memory>
@@ -47,7 +49,20 @@ public:
     import_progress_dlg_t* import_dialog() const { return m_import_dlg; }
 
     void on_open();
+    void on_exit();
     void on_about();
+
+    // Suppressions > Create: the candidate rules of the selected problems in
+    // the create-suppression dialog; after OK the views show what the new
+    // rule set suppresses.
+    void on_create_suppression();
+    // Suppressions > Delete: the rule sets selected in the suppressions view
+    // in the delete-suppression dialog.
+    void on_delete_suppression();
+    // Suppressions > View Stack: the stack of the current suppression's
+    // first rule (the view buttons show each rule's own).
+    void on_view_stack();
+    void view_stack(const corr_dialogs2::rule_ptr& rule);
 
     result_session_t& session() { return m_session; }
     problems_view_t* problems_view() const { return m_problems; }
