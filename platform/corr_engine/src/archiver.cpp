@@ -7,6 +7,7 @@
 // target archive.
 #include "corr_engine/archiver.h"
 
+#include "corr_engine/engine.h"
 #include "platkit/strings/convert.h"
 
 #include <sys/stat.h>
@@ -572,6 +573,67 @@ private:
 std::wstring archiver_t::get_default_file_ext()
 {
     return L"corrz";
+}
+
+namespace {
+
+bool lies_under(const fs::path& file, const fs::path& dir)
+{
+    const fs::path relative = file.lexically_normal().lexically_relative(dir.lexically_normal());
+    return !relative.empty() && *relative.begin() != "..";
+}
+
+} // namespace
+
+pack_source_t archiver_t::get_pack_source(engine_t& engine, unsigned flags)
+{
+    pack_source_t source{engine.get_result_dir(), {}};
+    if (!(flags & include_sources) || !engine.has_result())
+        return source;
+    std::vector<fs::path> dirs;
+    for (const auto& d : engine.get_source_dirs())
+        dirs.push_back(d.fs());
+    const auto problems = engine.get_problems();
+    if (!problems)
+        return source;
+
+    std::set<std::string> named;
+    for (const auto& problem : *problems)
+        for (const auto& stack : problem.stacks)
+            for (const auto& frame : stack.frames)
+                if (!frame.source.empty())
+                    named.insert(frame.source);
+
+    std::set<fs::path> chosen;
+    for (const auto& name : named) {
+        fs::path file = fs::u8path(name);
+        std::error_code ec;
+        if (file.is_relative()) {
+            const auto found = std::find_if(dirs.begin(), dirs.end(), [&](const fs::path& d) {
+                return fs::is_regular_file(d / file, ec);
+            });
+            if (found == dirs.end())
+                continue;
+            file = *found / file;
+        }
+        const bool wanted =
+            dirs.empty() ? fs::is_regular_file(file, ec)
+                         : std::any_of(dirs.begin(), dirs.end(),
+                                       [&](const fs::path& d) { return lies_under(file, d); });
+        if (wanted)
+            chosen.insert(file.lexically_normal());
+    }
+    for (const auto& file : chosen)
+        source.source_files.emplace_back(file);
+    return source;
+}
+
+archiver_t::error_code_t archiver_t::pack(engine_t& engine, zipfile_impl_t& zip, unsigned flags,
+                                          notify2::IMessenger* messenger,
+                                          notify2::IProgress* progress,
+                                          const pack_options_t& options)
+{
+    return pack(get_pack_source(engine, flags), zip, flags, messenger, progress, options);
 }
 
 archiver_t::error_code_t archiver_t::pack(const pack_source_t& source, zipfile_impl_t& zip,

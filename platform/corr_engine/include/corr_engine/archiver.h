@@ -14,6 +14,8 @@
 
 namespace corr_engine {
 
+class engine_t;
+
 // What the archiver needs to know of a result.
 struct pack_source_t
 {
@@ -54,6 +56,19 @@ public:
     static error_code_t pack(const pack_source_t& source, zipfile_impl_t& zip, unsigned flags,
                              notify2::IMessenger* messenger, notify2::IProgress* progress,
                              const pack_options_t& options = {});
+
+    // The same for the result open in engine (see get_pack_source).
+    static error_code_t pack(engine_t& engine, zipfile_impl_t& zip, unsigned flags,
+                             notify2::IMessenger* messenger, notify2::IProgress* progress,
+                             const pack_options_t& options = {});
+
+    // What pack takes of the result open in engine: its folder and, with
+    // include_sources, the source files its problems name. With source
+    // folders set, those are the named files under them (a missing one is
+    // then reported by pack); without, the named files that exist here
+    // (sources of system libraries were never on this machine). A relative
+    // name is looked up in the source folders. Sorted, each once.
+    static pack_source_t get_pack_source(engine_t& engine, unsigned flags);
 };
 
 } // namespace corr_engine
