@@ -101,13 +101,14 @@ private:
     void check_target_field();
     void mark_target_field();
     void update_export_button();
-    // Asks the worker to stop and waits up to timeout_ms for it; true when
-    // it has ended.
+    // Asks a running worker (and the loader) to stop and waits up to
+    // timeout_ms for it; true when it has ended and was joined.
     bool stop_worker(unsigned timeout_ms);
     void disconnect_bridges();
 
     engine_ptr_t m_engine;
     boost::shared_ptr<load_result_callback_t> m_load_callback;
+    std::wstring m_result_name;
     basekit2::path_t m_target_folder;
     basekit2::path_t m_target;
 

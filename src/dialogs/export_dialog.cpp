@@ -172,18 +172,19 @@ void export_dlg_t::initialize_internals(const basekit2::path_t& target_folder)
     set_help_topic(L"korrin.hlp.ctx.export_result_f3420");
     set_default_size(360, 225);
 
+    // Asked once: a loader is busy on the worker thread later on.
+    if (m_engine)
+        m_result_name = m_engine->get_result_name();
+    else if (m_load_callback)
+        m_result_name = m_load_callback->get_result_name();
     m_target_folder = target_folder;
-    m_target = target_folder.join(basekit2::path_t(get_result_name()))
+    m_target = target_folder.join(basekit2::path_t(m_result_name))
                    .replace_extension(archiver_t::get_default_file_ext());
 }
 
 std::wstring export_dlg_t::get_result_name() const
 {
-    if (m_engine)
-        return m_engine->get_result_name();
-    if (m_load_callback)
-        return m_load_callback->get_result_name();
-    return {};
+    return m_result_name;
 }
 
 bool export_dlg_t::has_warnings() const
@@ -379,8 +380,7 @@ void export_dlg_t::on_cancel_button(wxCommandEvent&)
 {
     if (m_load_callback)
         m_load_callback->cancel();
-    if (m_worker.joinable())
-        stop_worker(cancel_wait_ms);
+    stop_worker(cancel_wait_ms);
     end_dialog(wxID_CANCEL);
 }
 
@@ -388,13 +388,18 @@ bool export_dlg_t::stop_worker(unsigned timeout_ms)
 {
     if (!m_worker.joinable())
         return true;
-    if (m_progress)
-        m_progress->cancel();
-    if (m_load_callback)
-        m_load_callback->cancel();
-    if (m_worker_done.valid() &&
-        m_worker_done.wait_for(std::chrono::milliseconds(timeout_ms)) != std::future_status::ready)
-        return false;
+    const auto ended = [this](unsigned ms) {
+        return !m_worker_done.valid() ||
+               m_worker_done.wait_for(std::chrono::milliseconds(ms)) == std::future_status::ready;
+    };
+    if (!ended(0)) {
+        if (m_progress)
+            m_progress->cancel();
+        if (m_load_callback)
+            m_load_callback->cancel();
+        if (!ended(timeout_ms))
+            return false;
+    }
     m_worker.join(); // it has done its work and is leaving
     return true;
 }

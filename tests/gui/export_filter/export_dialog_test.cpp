@@ -312,6 +312,12 @@ TEST(ExportDialog, CancelWhilePackingRemovesThePartialArchiveAndKeepsAnOldOne)
                       d.get_title());
             EXPECT_EQ(L"Packing big", label_of(d, L"m_status_text"));
             EXPECT_EQ(L"Cancel", label_of(d, L"m_btn_cancel"));
+            // What is being written lies beside the target.
+            ASSERT_TRUE(corr_test::wait_until(
+                [&] {
+                    return std::distance(fs::directory_iterator(out), fs::directory_iterator()) > 1;
+                },
+                20000));
             save_screenshot(&d, "export_dlg_progress");
             click(d.find_control<wxButton>(L"m_btn_cancel"));
         },
