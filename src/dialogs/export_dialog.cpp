@@ -133,16 +133,7 @@ void run_export(export_job_t job)
 
 } // namespace
 
-// clang-format off
-wxBEGIN_EVENT_TABLE(export_dlg_t, shareddlg3::dialog_base_t)
-    EVT_BUTTON(XRCID("m_export_btn"), export_dlg_t::on_export)
-    EVT_BUTTON(wxID_CANCEL, export_dlg_t::on_cancel_button)
-    EVT_BUTTON(XRCID("m_browse_btn"), export_dlg_t::on_browse_target)
-    EVT_TEXT(XRCID("m_target_file"), export_dlg_t::on_target_folder_edit)
-wxEND_EVENT_TABLE()
-    // clang-format on
-
-    export_dlg_t::export_dlg_t(const engine_ptr_t& engine, const basekit2::path_t& target_folder)
+export_dlg_t::export_dlg_t(const engine_ptr_t& engine, const basekit2::path_t& target_folder)
     : m_engine(engine)
 {
     initialize_internals(target_folder);
@@ -477,5 +468,14 @@ void export_dlg_t::update_export_button()
     if (m_export_btn)
         m_export_btn->Enable(m_target_state != target_state_t::empty && !m_worker.joinable());
 }
+
+// clang-format off
+wxBEGIN_EVENT_TABLE(export_dlg_t, shareddlg3::dialog_base_t)
+    EVT_BUTTON(XRCID("m_export_btn"), export_dlg_t::on_export)
+    EVT_BUTTON(wxID_CANCEL, export_dlg_t::on_cancel_button)
+    EVT_BUTTON(XRCID("m_browse_btn"), export_dlg_t::on_browse_target)
+    EVT_TEXT(XRCID("m_target_file"), export_dlg_t::on_target_folder_edit)
+wxEND_EVENT_TABLE()
+// clang-format on
 
 } // namespace corr_dialogs2

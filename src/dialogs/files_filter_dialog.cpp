@@ -26,14 +26,7 @@
 
 namespace corr_dialogs2 {
 
-// clang-format off
-wxBEGIN_EVENT_TABLE(files_filter_dlg_t, shareddlg3::dialog_base_t)
-    EVT_TEXT(XRCID("m_prefix_edit"), files_filter_dlg_t::on_text_changed)
-wxEND_EVENT_TABLE()
-    // clang-format on
-
-    files_filter_dlg_t::files_filter_dlg_t(const std::vector<basekit2::path_t>& files)
-    : m_input(files)
+files_filter_dlg_t::files_filter_dlg_t(const std::vector<basekit2::path_t>& files) : m_input(files)
 {
     set_resource_file(
         shareddlg3::create_resource_filename(resources::catalog_file, resources::layout_file));
@@ -176,5 +169,11 @@ void files_filter_dlg_t::update_ok_button()
     if (m_btn_ok)
         m_btn_ok->Enable(m_mask_valid && !is_busy());
 }
+
+// clang-format off
+wxBEGIN_EVENT_TABLE(files_filter_dlg_t, shareddlg3::dialog_base_t)
+    EVT_TEXT(XRCID("m_prefix_edit"), files_filter_dlg_t::on_text_changed)
+wxEND_EVENT_TABLE()
+// clang-format on
 
 } // namespace corr_dialogs2
