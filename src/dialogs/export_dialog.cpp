@@ -205,6 +205,7 @@ void export_dlg_t::on_init_dialog()
     check_target_field();
     show_options_page(true);
     SetSize(get_proportional_size(0.6, 0.6, get_default_size()));
+    CentreOnParent();
 }
 
 void export_dlg_t::on_update_ui_settings()
@@ -343,6 +344,8 @@ void export_dlg_t::on_message_received(const std::list<message_data_t>& messages
     }
     if (!m_log || lines.empty())
         return;
+    // The log's lines are joined by CR LF; the control gets the line breaks
+    // of this platform.
     if (!m_log->IsEmpty())
         lines = L"\r\n" + lines;
     m_log->AppendText(shareddlg3::restore_line_endings(lines));
