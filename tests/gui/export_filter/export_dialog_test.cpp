@@ -441,6 +441,7 @@ TEST(ExportDialog, APackingFailureIsLoggedAsErrorLines)
                                 {{L"message", translate(L"dlg.export.error.general")}}),
                   log_of(d));
         EXPECT_EQ(L"Export of run5 finished", d.get_title());
+        save_screenshot(&d, "export_dlg_errors");
         EXPECT_FALSE(d.has_warnings());
         click(d.find_control<wxButton>(L"m_btn_cancel"));
     });
