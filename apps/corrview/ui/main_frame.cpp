@@ -9,6 +9,8 @@
 
 #include "corr_dialogs2/create_suppression_dlg.h"
 #include "corr_dialogs2/delete_suppression_dlg.h"
+#include "corr_dialogs2/export_dialog.h"
+#include "corr_dialogs2/files_filter_dialog.h"
 #include "corr_dialogs2/stack_dialogs.h"
 #include "corr_dialogs2/ui_utils.h"
 #include "corr_dialogs2/version.h"
@@ -65,6 +67,7 @@ void main_frame_t::build_menus()
     auto* file = new wxMenu;
     file->Append(id_import, translate(L"corrview.menu.import"));
     file->Append(id_open, translate(L"corrview.menu.open"));
+    file->Append(id_export, translate(L"corrview.menu.export"));
     file->AppendSeparator();
     file->Append(wxID_EXIT, translate(L"corrview.menu.exit"));
 
@@ -73,12 +76,16 @@ void main_frame_t::build_menus()
     suppressions->Append(id_delete_suppression, translate(L"corrview.menu.delete_suppression"));
     suppressions->Append(id_view_stack, translate(L"corrview.menu.view_stack"));
 
+    auto* tools = new wxMenu;
+    tools->Append(id_filter_sources, translate(L"corrview.menu.filter_sources"));
+
     auto* help = new wxMenu;
     help->Append(wxID_ABOUT, translate(L"corrview.menu.about"));
 
     auto* bar = new wxMenuBar;
     bar->Append(file, translate(L"corrview.menu.file"));
     bar->Append(suppressions, translate(L"corrview.menu.suppressions"));
+    bar->Append(tools, translate(L"corrview.menu.tools"));
     bar->Append(help, translate(L"corrview.menu.help"));
     SetMenuBar(bar);
 
@@ -90,7 +97,9 @@ void main_frame_t::build_menus()
     const action_t actions[] = {
         {id_import, &main_frame_t::on_import},
         {id_open, &main_frame_t::on_open},
+        {id_export, &main_frame_t::on_export},
         {wxID_EXIT, &main_frame_t::on_exit},
+        {id_filter_sources, &main_frame_t::on_filter_sources},
         {id_create_suppression, &main_frame_t::on_create_suppression},
         {id_delete_suppression, &main_frame_t::on_delete_suppression},
         {id_view_stack, &main_frame_t::on_view_stack},
@@ -280,6 +289,24 @@ void main_frame_t::view_stack(const corr_dialogs2::rule_ptr& rule)
     if (!rule)
         return;
     corr_dialogs2::stack_dlg_t dialog(rule->get_stack(true), false, -1);
+    dialog.show_modal(this);
+}
+
+void main_frame_t::on_export()
+{
+    if (!m_session.is_open())
+        return;
+    // The archive goes next to the result folder, named after the result.
+    const basekit2::path_t folder = m_session.engine()->get_result_dir().parent();
+    corr_dialogs2::export_dlg_t dialog(m_session.engine(), folder);
+    dialog.show_modal(this);
+}
+
+void main_frame_t::on_filter_sources()
+{
+    if (!m_session.is_open())
+        return;
+    corr_dialogs2::files_filter_dlg_t dialog(m_session.source_files());
     dialog.show_modal(this);
 }
 

@@ -50,6 +50,10 @@ public:
 
     void on_open();
     void on_exit();
+    // File > Export Result: the open result in the export dialog.
+    void on_export();
+    // Tools > Filter Source Files: the result's source files in the files filter.
+    void on_filter_sources();
     void on_about();
 
     // Suppressions > Create: the candidate rules of the selected problems in

@@ -5,7 +5,10 @@
 #include "host/problem_text.h"
 #include "ui/import_progress_dlg.h"
 
+#include "corr_dialogs2/export_dialog.h"
+#include "corr_dialogs2/files_filter_dialog.h"
 #include "corr_dialogs2/ui_utils.h"
+#include "corr_engine/archiver.h"
 #include "shareddlg3/file_dialogs.h"
 
 #include <wx/button.h>
@@ -237,6 +240,35 @@ TEST_F(frame_test, OpenAnotherResultOrSayWhyNot)
     EXPECT_TRUE(modal.all_met());
     EXPECT_NE(text.find(L"The result cannot be opened:"), std::wstring::npos);
     EXPECT_EQ(m_frame->GetTitle().ToStdWstring(), L"other - Correctness Analyzer Viewer");
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(frame_test, ExportAndFilterShowTheirDialogsForTheOpenResult)
+{
+    auto menu = [](wxFrame& frame, int id) {
+        wxCommandEvent event(wxEVT_MENU, id);
+        frame.GetEventHandler()->ProcessEvent(event);
+    };
+    const std::wstring result_name = m_frame->session().engine()->get_result_name();
+    corr_test::modal_expectations modal;
+    basekit2::path_t target;
+    modal.expect<corr_dialogs2::export_dlg_t>([&](corr_dialogs2::export_dlg_t& dlg) {
+        target = dlg.get_target();
+        return int(wxID_CANCEL);
+    });
+    menu(*m_frame, corrview::main_frame_t::id_export);
+    EXPECT_TRUE(modal.all_met());
+    // Named after the result, next to its folder, with the archive extension.
+    EXPECT_EQ(target.stem(), result_name);
+    EXPECT_EQ(target.extension(), corr_engine::archiver_t::get_default_file_ext());
+    EXPECT_EQ(target.parent(), m_frame->session().engine()->get_result_dir().parent());
+
+    modal.expect<corr_dialogs2::files_filter_dlg_t>(int(wxID_CANCEL));
+    menu(*m_frame, corrview::main_frame_t::id_filter_sources);
+    EXPECT_TRUE(modal.all_met());
 }
 
 } // namespace
