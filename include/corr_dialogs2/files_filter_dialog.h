@@ -49,6 +49,7 @@ protected:
     // marks the field (with a tool-tip naming them) and filters nothing; any
     // other mask starts a filtering that supersedes one still running.
     void on_text_changed(wxCommandEvent& event);
+    // Filters with mask; an empty mask shows every file.
     void start_filter_task(const std::wstring& mask);
     // GUI thread: the result of the newest filtering.
     void on_filter_task_complete(const std::vector<basekit2::path_t>& files);

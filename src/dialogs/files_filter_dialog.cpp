@@ -5,6 +5,9 @@
 // keeps the result of the last valid mask (so it never shows files for a
 // mask that is not in the field and could not be accepted).
 //
+// An empty field filters nothing out: the dialog opens on every file, and
+// typing narrows the list.
+//
 // Filterings run one after the other on the scheduler's background thread;
 // starting one supersedes any still running (util::filter_files_runner_t),
 // so the list only ever shows the newest mask's result.
@@ -119,10 +122,11 @@ void files_filter_dlg_t::start_filter_task(const std::wstring& mask)
 {
     if (!m_runner)
         return;
-    if (!m_runner->start(mask)) {
+    const std::wstring effective = mask.empty() ? std::wstring(L"*") : mask;
+    if (!m_runner->start(effective)) {
         // No scheduler to run it (a host that did not start one): filter
         // here rather than show nothing.
-        on_filter_task_complete(util::filter_files_task_t::get_files_by_mask(mask, m_input));
+        on_filter_task_complete(util::filter_files_task_t::get_files_by_mask(effective, m_input));
         return;
     }
     if (m_listBox1)

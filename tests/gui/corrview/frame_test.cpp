@@ -158,6 +158,10 @@ TEST_F(frame_test, ImportThroughTheMenuShowsTheNewProblems)
     ::unsetenv("CORR_RESULTS_DIR");
     EXPECT_TRUE(modal.all_met());
     EXPECT_EQ(wildcard, corr_dialogs2::prepare_file_dialog_string());
+    // Every importer's extension is named from the catalogue.
+    EXPECT_EQ(wildcard.find(L"not found"), std::wstring::npos) << wildcard;
+    for (const wchar_t* ext : {L"*.xml", L"*.log", L"*.txt"})
+        EXPECT_NE(wildcard.find(ext), std::wstring::npos) << ext;
     ASSERT_TRUE(m_frame->is_importing());
     // The rest of the application waits for the import, but keeps running.
     EXPECT_FALSE(m_frame->IsEnabled());

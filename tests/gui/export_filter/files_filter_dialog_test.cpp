@@ -77,7 +77,7 @@ TEST(FilesFilterDialog, TypedMaskShowsTheMatchingFilesInInputOrder)
     modal.expect_shown<files_filter_dlg_t>([&](files_filter_dlg_t& d) {
         EXPECT_EQ(L"Filter Source Files", d.get_title());
         ASSERT_TRUE(corr_test::wait_until([&] { return idle(d); }));
-        EXPECT_TRUE(list_of(d).empty()) << "an empty mask matches nothing";
+        EXPECT_EQ(texts(source_files), list_of(d)) << "an empty field shows every file";
 
         type_into(d.find_control<wxTextCtrl>(L"m_prefix_edit"), "*.cpp");
         ASSERT_TRUE(corr_test::wait_until([&] { return d.get_mask() == L"*.cpp" && idle(d); }));
@@ -107,6 +107,10 @@ TEST(FilesFilterDialog, TypedMaskShowsTheMatchingFilesInInputOrder)
         ASSERT_TRUE(corr_test::wait_until([&] { return idle(d); }));
         EXPECT_TRUE(list_of(d).empty());
         EXPECT_TRUE(d.get_files().empty());
+
+        set_mask(d, L"");
+        ASSERT_TRUE(corr_test::wait_until([&] { return idle(d); }));
+        EXPECT_EQ(texts(source_files), list_of(d));
 
         set_mask(d, L"*util*");
         ASSERT_TRUE(corr_test::wait_until([&] { return idle(d); }));
