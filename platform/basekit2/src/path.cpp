@@ -9,72 +9,85 @@ namespace fs = std::filesystem;
 
 namespace basekit2 {
 
+std::shared_ptr<const std::wstring> path_t::make_text(std::wstring text)
+{
+    if (text.empty())
+        return nullptr;
+    return std::make_shared<const std::wstring>(std::move(text));
+}
+
+const std::wstring& path_t::empty_text()
+{
+    static const std::wstring empty;
+    return empty;
+}
+
 path_t path_t::from_utf8(const std::string& p) { return path_t(platkit::strings::utf8_to_wide(p)); }
 
-std::string path_t::utf8() const { return platkit::strings::wide_to_utf8(m_path); }
+std::string path_t::utf8() const { return platkit::strings::wide_to_utf8(str()); }
 
 path_t path_t::join(const path_t& other) const
 {
-    if (m_path.empty())
+    if (empty())
         return other;
     if (other.empty())
         return *this;
-    return path_t(fs::path(m_path) / fs::path(other.m_path));
+    return path_t(fs::path(str()) / fs::path(other.str()));
 }
 
 std::wstring path_t::leaf() const
 {
-    fs::path p(m_path);
+    fs::path p(str());
     if (!p.has_filename())
         p = p.parent_path();
     return p.filename().wstring();
 }
 
-path_t path_t::parent() const { return path_t(fs::path(m_path).parent_path()); }
+path_t path_t::parent() const { return path_t(fs::path(str()).parent_path()); }
 
 std::wstring path_t::extension() const
 {
-    const std::wstring ext = fs::path(m_path).extension().wstring();
+    const std::wstring ext = fs::path(str()).extension().wstring();
     return ext.empty() ? ext : ext.substr(1);
 }
 
-std::wstring path_t::stem() const { return fs::path(m_path).stem().wstring(); }
+std::wstring path_t::stem() const { return fs::path(str()).stem().wstring(); }
 
 path_t path_t::replace_extension(const std::wstring& ext) const
 {
-    fs::path p(m_path);
+    fs::path p(str());
     p.replace_extension(ext.empty() ? fs::path() : fs::path(L"." + ext));
     return path_t(p);
 }
 
-bool path_t::is_absolute() const { return !m_path.empty() && fs::path(m_path).is_absolute(); }
+bool path_t::is_absolute() const { return !empty() && fs::path(str()).is_absolute(); }
 
 bool path_t::exists() const
 {
     std::error_code ec;
-    return !m_path.empty() && fs::exists(fs::path(m_path), ec);
+    return !empty() && fs::exists(fs::path(str()), ec);
 }
 
 bool path_t::is_directory() const
 {
     std::error_code ec;
-    return !m_path.empty() && fs::is_directory(fs::path(m_path), ec);
+    return !empty() && fs::is_directory(fs::path(str()), ec);
 }
 
 bool path_t::is_regular_file() const
 {
     std::error_code ec;
-    return !m_path.empty() && fs::is_regular_file(fs::path(m_path), ec);
+    return !empty() && fs::is_regular_file(fs::path(str()), ec);
 }
 
 bool path_t::match(const std::wstring& mask) const
 {
 #ifdef _WIN32
     constexpr bool case_sensitive = false;
-    const std::wstring text = fs::path(m_path).generic_wstring();
+    const std::wstring text = fs::path(str()).generic_wstring();
 #else
     constexpr bool case_sensitive = true;
-    const std::wstring& text = m_path;
+    const std::wstring& text = str();
 #endif
     if (wildcard_match(text, mask, case_sensitive))
         return true;

@@ -1,24 +1,28 @@
 #pragma once
 // path_t: a file-system path held as a wide string, over std::filesystem.
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace basekit2 {
 
+// A value: every operation makes a new path. The text is shared between
+// copies and never changed, so copying a path (a filter's result, a list
+// handed to another thread) costs a reference count, not an allocation.
 class path_t
 {
 public:
     path_t() = default;
-    path_t(std::wstring p) : m_path(std::move(p)) {}
-    path_t(const wchar_t* p) : m_path(p ? p : L"") {}
-    path_t(const std::filesystem::path& p) : m_path(p.wstring()) {}
+    path_t(std::wstring p) : m_text(make_text(std::move(p))) {}
+    path_t(const wchar_t* p) : path_t(std::wstring(p ? p : L"")) {}
+    path_t(const std::filesystem::path& p) : path_t(p.wstring()) {}
     static path_t from_utf8(const std::string& p);
 
-    const std::wstring& str() const { return m_path; }
+    const std::wstring& str() const { return m_text ? *m_text : empty_text(); }
     std::string utf8() const;
-    std::filesystem::path fs() const { return std::filesystem::path(m_path); }
-    bool empty() const { return m_path.empty(); }
+    std::filesystem::path fs() const { return std::filesystem::path(str()); }
+    bool empty() const { return !m_text; }
 
     // this / other; an absolute other replaces this, as with std::filesystem.
     path_t join(const path_t& other) const;
@@ -44,12 +48,16 @@ public:
     // given mask: no backtracking blow-up on masks like "a*a*a*a*b".
     bool match(const std::wstring& mask) const;
 
-    bool operator==(const path_t& o) const { return m_path == o.m_path; }
-    bool operator!=(const path_t& o) const { return m_path != o.m_path; }
-    bool operator<(const path_t& o) const { return m_path < o.m_path; }
+    bool operator==(const path_t& o) const { return m_text == o.m_text || str() == o.str(); }
+    bool operator!=(const path_t& o) const { return !(*this == o); }
+    bool operator<(const path_t& o) const { return str() < o.str(); }
 
 private:
-    std::wstring m_path;
+    // Null for the empty path.
+    static std::shared_ptr<const std::wstring> make_text(std::wstring text);
+    static const std::wstring& empty_text();
+
+    std::shared_ptr<const std::wstring> m_text;
 };
 
 // Glob matching of a whole text ('*' and '?'), the engine behind path_t::match.
