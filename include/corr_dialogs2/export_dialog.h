@@ -96,6 +96,9 @@ private:
     void show_options_page(bool options);
     // What the target field names, as the archive to write.
     basekit2::path_t target_from_field() const;
+    // True when target may be written: it does not exist, the user agreed
+    // to replace it in Browse's save dialog, or agrees now.
+    bool confirm_replace(const basekit2::path_t& target);
     // Removes characters a path cannot hold, marks the field and enables
     // Export accordingly.
     void check_target_field();
@@ -111,6 +114,7 @@ private:
     std::wstring m_result_name;
     basekit2::path_t m_target_folder;
     basekit2::path_t m_target;
+    basekit2::path_t m_replace_agreed; // an existing file chosen through Browse
 
     boost::shared_ptr<messenger_bridge_t> m_messenger;
     boost::shared_ptr<progress_bridge_t> m_progress;

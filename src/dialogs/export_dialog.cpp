@@ -256,10 +256,27 @@ basekit2::path_t export_dlg_t::target_from_field() const
     return target;
 }
 
+bool export_dlg_t::confirm_replace(const basekit2::path_t& target)
+{
+    if (!target.exists() || target == m_replace_agreed)
+        return true;
+    const shareddlg3::message_window_t question(
+        translate(L"dlg.export.title", {{L"result_name", get_result_name()}}),
+        translate(L"dlg.export.replace", {{L"file", target.str()}}),
+        shareddlg3::message_window_t::btn_yes | shareddlg3::message_window_t::btn_no,
+        shareddlg3::message_window_t::icon_question);
+    return shareddlg3::show_modal(question, this) == shareddlg3::message_window_t::answer_yes;
+}
+
 bool export_dlg_t::start_export()
 {
     if (m_worker.joinable())
         return false; // one export per dialog
+    // An earlier archive is replaced only when the user says so; it stays as
+    // it was until the new one is complete (the archive is written beside
+    // it and renamed over it at the end).
+    if (!confirm_replace(target_from_field()))
+        return false;
 
     m_messenger = messenger_bridge_t::create();
     m_messenger->messages_received.connect(
@@ -419,7 +436,11 @@ void export_dlg_t::on_browse_target(wxCommandEvent&)
         shareddlg3::file_dlg(this, shareddlg3::file_dlg_mode::save, target_from_field(),
                              archiver_t::get_default_file_ext(),
                              translate(L"dlg.export.browse_mask"), translate(L"btn.save_as"));
-    if (!chosen.empty() && m_target_file)
+    if (chosen.empty())
+        return;
+    if (chosen.exists())
+        m_replace_agreed = chosen; // the save dialog asked already
+    if (m_target_file)
         m_target_file->SetValue(chosen.str()); // an edit: the field is checked again
 }
 

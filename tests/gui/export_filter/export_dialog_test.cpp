@@ -304,7 +304,7 @@ TEST(ExportDialog, CancelWhilePackingRemovesThePartialArchiveAndKeepsAnOldOne)
     corr_test::modal_expectations modal;
     modal.expect_shown<export_dlg_t>(
         [&](export_dlg_t& d) {
-            click(d.find_control<wxButton>(L"m_export_btn"));
+            click(d.find_control<wxButton>(L"m_export_btn")); // and agree to replace the old one
             auto* gauge = d.find_control<wxGauge>(L"m_gauge");
             ASSERT_TRUE(corr_test::wait_until([&] { return gauge->GetValue() > 0; }, 20000));
             EXPECT_FALSE(d.is_finished()) << "packing should still run";
@@ -322,6 +322,7 @@ TEST(ExportDialog, CancelWhilePackingRemovesThePartialArchiveAndKeepsAnOldOne)
             click(d.find_control<wxButton>(L"m_btn_cancel"));
         },
         60000);
+    modal.expect_message(shareddlg3::message_window_t::answer_yes);
     EXPECT_EQ(wxID_CANCEL, dlg.show_modal(nullptr));
 
     // Cancel waited for the worker: nothing partial is left beside the target.
@@ -336,6 +337,43 @@ TEST(ExportDialog, CancelWhilePackingRemovesThePartialArchiveAndKeepsAnOldOne)
                         {{L"message", translate(L"dlg.export.warning.canceled")}}),
               log_of(dlg));
     EXPECT_TRUE(dlg.has_warnings());
+}
+
+TEST(ExportDialog, AnExistingArchiveIsReplacedOnlyWhenTheUserAgrees)
+{
+    temp_dir tmp;
+    auto engine = make_result(tmp.path() / "run6", L"run6", {recorded("tsan_race_counter.txt")});
+    const fs::path out = tmp.path() / "out";
+    const fs::path target = out / ("run6." + std::string(ext.begin(), ext.end()));
+    write_file(target, "an earlier export");
+    export_dlg_t dlg(engine, out);
+
+    corr_test::modal_expectations modal;
+    modal.expect_shown<export_dlg_t>([&](export_dlg_t& d) {
+        // No: back on the options page, nothing started, the old file as it was.
+        corr_test::modal_expectations inner;
+        inner.expect_message(shareddlg3::message_window_t::answer_no,
+                             [&](shareddlg3::message_dialog_t& m) {
+                                 EXPECT_EQ(translate(L"dlg.export.replace", {{L"file", target.wstring()}}),
+                                           m.message().text());
+                             });
+        click(d.find_control<wxButton>(L"m_export_btn"));
+        ASSERT_TRUE(corr_test::wait_until([&] { return inner.all_met(); }));
+        corr_test::pump_events(30);
+        EXPECT_TRUE(options_page_shown(d));
+        EXPECT_TRUE(d.find_control<wxButton>(L"m_export_btn")->IsEnabled());
+        EXPECT_EQ("an earlier export", read_file(target));
+
+        // A file chosen through Browse was agreed to in the save dialog: no second question.
+        inner.expect_file(basekit2::path_t(target));
+        click(d.find_control<wxButton>(L"m_browse_btn"));
+        ASSERT_TRUE(corr_test::wait_until([&] { return inner.all_met(); }));
+        click(d.find_control<wxButton>(L"m_export_btn"));
+        ASSERT_TRUE(corr_test::wait_until([&] { return d.is_finished(); }, 20000));
+        d.EndModal(wxID_CANCEL);
+    });
+    dlg.show_modal(nullptr);
+    EXPECT_EQ(folder_as_entries(tmp.path() / "run6", "run6"), read_archive(target));
 }
 
 TEST(ExportDialog, AFailedLoadLeavesTheDialogWaitingAndCancelStillCloses)
