@@ -53,11 +53,7 @@ void aspect_grid_model_t::clear()
 
 void aspect_grid_model_t::rows_changed()
 {
-    const int count = static_cast<int>(m_rules.size());
-    if (GetCount() != count)
-        SetCount(count);
-    else
-        UpdateModelState();
+    grid_text::rows_changed(*this, m_rules.size());
 }
 
 rule_ptr aspect_grid_model_t::get_rule(int row) const

@@ -9,13 +9,6 @@ namespace corr_dialogs2 {
 
 using namespace suppfmt3;
 
-namespace {
-
-constexpr int value_entry = 0;
-constexpr int any_entry = 1;
-
-} // namespace
-
 // ---- combo_aspect_model_t
 
 combo_aspect_model_t::combo_aspect_model_t() = default;
@@ -46,11 +39,7 @@ void combo_aspect_model_t::init(std::vector<rule_ptr> rules)
 
 void combo_aspect_model_t::rows_changed()
 {
-    const int count = static_cast<int>(m_rules.size());
-    if (GetCount() != count)
-        SetCount(count);
-    else
-        UpdateModelState();
+    grid_text::rows_changed(*this, m_rules.size());
 }
 
 bool combo_aspect_model_t::apply_row_order(const std::vector<int>& order)
@@ -272,7 +261,7 @@ void editable_combo_aspect_model_t::GetContentRect(int row, int col,
 {
     check_column_t<combo_aspect_model_t>::GetContentRect(row, col, rect);
     if (has_combobox(row, col))
-        rect.right = std::max(rect.left, rect.right - grid_text::drop_down_width);
+        grid_text::leave_room_for_drop_down(rect);
 }
 
 uiframe7::CEditControl* editable_combo_aspect_model_t::GetEditorInt(int row, int col)
@@ -280,10 +269,7 @@ uiframe7::CEditControl* editable_combo_aspect_model_t::GetEditorInt(int row, int
     uiframe7::CComboBox* combo = get_combobox();
     if (!combo || !has_combobox(row, col))
         return nullptr;
-    combo->Clear();
-    combo->AddString(get_rule_value(row, col));
-    combo->AddString(grid_text::any_value());
-    combo->SetSelection(is_active(row, col) ? value_entry : any_entry);
+    grid_text::value_or_any::fill(*combo, get_rule_value(row, col), is_active(row, col));
     m_edit_row = row;
     m_edit_col = col;
     return combo;
@@ -304,9 +290,10 @@ void editable_combo_aspect_model_t::CBOnChoicItem(uiframe7::CComboBox* sender, i
 void editable_combo_aspect_model_t::write_choice(int row, int col, int item)
 {
     const rule_ptr rule = get_rule(row);
-    if (!rule || !has_combobox(row, col) || (item != value_entry && item != any_entry))
+    const std::optional<bool> value = grid_text::value_or_any::is_value(item);
+    if (!rule || !has_combobox(row, col) || !value)
         return;
-    rule->set_item_active(item == value_entry, get_column_datatype(col));
+    rule->set_item_active(*value, get_column_datatype(col));
     refresh_view(row);
 }
 

@@ -1,6 +1,8 @@
 #include "grid_text.h"
 
 #include "corr_dialogs2/ui_utils.h"
+#include "uiframe7/combo_box.h"
+#include "uiframe7/item_view_model.h"
 
 #include <wx/settings.h>
 
@@ -92,5 +94,44 @@ void draw_drop_down_arrow(uicore7::IPainter* painter, const uicore7::rectangle<d
     painter->SetFillColor(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNSHADOW));
     painter->FillPolygon({{cx - 4, cy - 2}, {cx + 4, cy - 2}, {cx, cy + 3}});
 }
+
+void rows_changed(uiframe7::IDiscreteItemViewModel& rows, size_t count)
+{
+    const int n = static_cast<int>(count);
+    if (rows.GetCount() != n)
+        rows.SetCount(n);
+    else
+        rows.UpdateModelState();
+}
+
+void leave_room_for_drop_down(uicore7::rectangle<double>& rect)
+{
+    rect.right = std::max(rect.left, rect.right - drop_down_width);
+}
+
+namespace value_or_any {
+namespace {
+constexpr int value_entry = 0;
+constexpr int any_entry = 1;
+} // namespace
+
+void fill(uiframe7::CComboBox& combo, const std::wstring& value, bool active)
+{
+    combo.Clear();
+    combo.AddString(value);
+    combo.AddString(any_value());
+    combo.SetSelection(active ? value_entry : any_entry);
+}
+
+std::optional<bool> is_value(int item)
+{
+    if (item == value_entry)
+        return true;
+    if (item == any_entry)
+        return false;
+    return std::nullopt;
+}
+
+} // namespace value_or_any
 
 } // namespace corr_dialogs2::grid_text

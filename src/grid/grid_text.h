@@ -5,9 +5,16 @@
 
 #include "uicore7/painter.h"
 
+#include <optional>
+
 #include <functional>
 #include <string>
 #include <vector>
+
+namespace uiframe7 {
+class CComboBox;
+class IDiscreteItemViewModel;
+} // namespace uiframe7
 
 namespace corr_dialogs2::grid_text {
 
@@ -28,9 +35,25 @@ std::vector<int> sort_order(int count, const std::function<std::wstring(int)>& k
                             bool descending);
 bool natural_less(const std::wstring& a, const std::wstring& b);
 
+// After a model's rows changed: the view takes the new count, or, when the
+// count stayed, looks at the rows' sizes again.
+void rows_changed(uiframe7::IDiscreteItemViewModel& rows, size_t count);
+
 // Width kept free at the right of a cell that opens a choice.
 inline constexpr int drop_down_width = 14;
 // A small downward arrow at the right end of rect, in the grey of controls.
 void draw_drop_down_arrow(uicore7::IPainter* painter, const uicore7::rectangle<double>& rect);
+// The content of a cell with the arrow: rect less the arrow's room.
+void leave_room_for_drop_down(uicore7::rectangle<double>& rect);
+
+// The in-cell choice of a value-or-any cell: entry 0 the cell's own value,
+// entry 1 the any-value word.
+namespace value_or_any {
+// Fills combo with the two entries and selects the current one.
+void fill(uiframe7::CComboBox& combo, const std::wstring& value, bool active);
+// Whether entry item of the choice means the value (true) or any value
+// (false); nothing for an entry that is neither.
+std::optional<bool> is_value(int item);
+} // namespace value_or_any
 
 } // namespace corr_dialogs2::grid_text

@@ -9,13 +9,6 @@ namespace corr_dialogs2 {
 
 using namespace suppfmt3;
 
-namespace {
-
-constexpr int value_entry = 0;
-constexpr int any_entry = 1;
-
-} // namespace
-
 // ---- stack_combo_grid_model_t
 
 stack_combo_grid_model_t::stack_combo_grid_model_t() = default;
@@ -207,7 +200,7 @@ void editable_stack_grid_model_t::GetContentRect(int row, int col,
 {
     check_column_t<stack_combo_grid_model_t>::GetContentRect(row, col, rect);
     if (has_combo(row, col))
-        rect.right = std::max(rect.left, rect.right - grid_text::drop_down_width);
+        grid_text::leave_room_for_drop_down(rect);
 }
 
 uiframe7::CEditControl* editable_stack_grid_model_t::GetEditorInt(int row, int col)
@@ -215,10 +208,7 @@ uiframe7::CEditControl* editable_stack_grid_model_t::GetEditorInt(int row, int c
     uiframe7::CComboBox* combo = get_combobox();
     if (!combo || !has_combo(row, col))
         return nullptr;
-    combo->Clear();
-    combo->AddString(get_stack_item(row, col));
-    combo->AddString(grid_text::any_value());
-    combo->SetSelection(is_active(row, col) ? value_entry : any_entry);
+    grid_text::value_or_any::fill(*combo, get_stack_item(row, col), is_active(row, col));
     m_edit_row = row;
     m_edit_col = col;
     return combo;
@@ -239,10 +229,11 @@ void editable_stack_grid_model_t::CBOnChoicItem(uiframe7::CComboBox* sender, int
 void editable_stack_grid_model_t::write_choice(int row, int col, int item)
 {
     const rule_ptr rule = get_rule();
-    if (!rule || !has_combo(row, col) || (item != value_entry && item != any_entry))
+    const std::optional<bool> value = grid_text::value_or_any::is_value(item);
+    if (!rule || !has_combo(row, col) || !value)
         return;
     supp_helpers::set_stack_item_active(rule->get_item(sdt_call_stack), row,
-                                        get_column_datatype(col), item == value_entry);
+                                        get_column_datatype(col), *value);
     // Switching a source also switches its line: the whole row may change.
     refresh_view(row);
 }

@@ -111,11 +111,7 @@ void suppression_grid_model_t::update_row_heights()
 
 void suppression_grid_model_t::rows_changed()
 {
-    const int count = static_cast<int>(m_rows.size());
-    if (GetCount() != count)
-        SetCount(count);
-    else
-        UpdateModelState();
+    grid_text::rows_changed(*this, m_rows.size());
 }
 
 rule_set_ptr suppression_grid_model_t::get_rule_set(int row) const
