@@ -4,18 +4,17 @@
 
 #include <gtest/gtest.h>
 #include "modal_expectations.h"
+#include "test_support.h"
 
 #include "settings2/catalog.h"
 #include "shareddlg3/file_dialogs.h"
 #include "shareddlg3/message_window.h"
 
 #include <wx/button.h>
-#include <wx/frame.h>
 #include <wx/msgdlg.h>
 #include <wx/panel.h>
 #include <wx/stattext.h>
 #include <wx/arrstr.h>
-#include <wx/uiaction.h>
 
 using shareddlg3::message_window_t;
 
@@ -27,20 +26,8 @@ std::wstring shared_text(const std::wstring& key)
     return catalog && catalog->has_message(key) ? catalog->message(key).raw() : L"<" + key + L">";
 }
 
-class MessageWindows : public testing::Test
+class MessageWindows : public foundation_test::host_frame
 {
-protected:
-    void SetUp() override
-    {
-        m_frame = new wxFrame(nullptr, wxID_ANY, "host", wxPoint(40, 40), wxSize(300, 200));
-        m_frame->Show();
-    }
-    void TearDown() override
-    {
-        m_frame->Destroy();
-        corr_test::pump_events();
-    }
-    wxFrame* m_frame = nullptr;
 };
 
 } // namespace
@@ -84,10 +71,7 @@ TEST_F(MessageWindows, ARealWindowShowsItsTextsAndAnswersTheButtonClicked)
         all_label = d.FindWindow(wxID_YESTOALL)->GetLabel();
         no_label = no->GetLabel();
         ASSERT_TRUE(corr_test::wait_until([&] { return no->IsShownOnScreen(); }));
-        wxUIActionSimulator sim;
-        sim.MouseMove(no->GetScreenRect().GetPosition() + no->GetSize() / 2);
-        corr_test::pump_events(30);
-        sim.MouseClick();
+        foundation_test::click(no);
     });
     EXPECT_EQ(shareddlg3::show_modal(message, m_frame), message_window_t::answer_no);
     EXPECT_EQ(yes_label.ToStdWstring(), shared_text(L"msgbox.yes"));

@@ -55,63 +55,39 @@ protected:
 
 } // namespace
 
-TEST_F(ModalFlavor, TopLevelParentDisablesTheApplicationAndEnablesExactlyThatAgain)
+TEST_F(ModalFlavor, WhatTheParentDisablesAndExactlyThatIsEnabledAgain)
 {
-    states during{};
-    bool was_modal = false;
-    corr_test::modal_expectations modal;
-    modal.expect_shown<flavoured_dialog>([&](flavoured_dialog& d) {
-        was_modal = d.IsModal();
-        during = read(d);
-        d.EndModal(wxID_OK);
-    });
+    // A top-level parent or none: every window of the application waits; a
+    // child window as parent: only its top-level window does.
+    const struct
+    {
+        const char* name;
+        wxWindow* parent;
+        bool other_enabled_during;
+    } cases[] = {{"top-level parent", m_parent, false}, {"child parent", m_panel, true}, {"no parent", nullptr, false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        states during{};
+        bool was_modal = false;
+        corr_test::modal_expectations modal;
+        modal.expect_shown<flavoured_dialog>([&](flavoured_dialog& d) {
+            was_modal = d.IsModal();
+            during = read(d);
+            d.EndModal(wxID_OK);
+        });
 
-    flavoured_dialog dialog(m_parent, wxID_ANY, "modal");
-    EXPECT_EQ(dialog.ShowModal(), wxID_OK);
-    EXPECT_TRUE(was_modal);
-    EXPECT_FALSE(during.parent);
-    EXPECT_FALSE(during.other) << "every window of the application waits";
-    EXPECT_FALSE(during.disabled);
-    EXPECT_TRUE(during.dialog);
+        flavoured_dialog dialog(c.parent, wxID_ANY, c.name);
+        EXPECT_EQ(dialog.ShowModal(), wxID_OK);
+        EXPECT_TRUE(was_modal);
+        EXPECT_FALSE(during.parent);
+        EXPECT_EQ(during.other, c.other_enabled_during);
+        EXPECT_FALSE(during.disabled);
+        EXPECT_TRUE(during.dialog);
 
-    EXPECT_TRUE(m_parent->IsEnabled());
-    EXPECT_TRUE(m_other->IsEnabled());
-    EXPECT_FALSE(m_disabled->IsEnabled()) << "a window disabled before stays disabled";
-}
-
-TEST_F(ModalFlavor, ChildParentDisablesOnlyItsTopLevelWindow)
-{
-    states during{};
-    corr_test::modal_expectations modal;
-    modal.expect_shown<flavoured_dialog>([&](flavoured_dialog& d) {
-        during = read(d);
-        d.EndModal(wxID_CANCEL);
-    });
-
-    flavoured_dialog dialog(m_panel, wxID_ANY, "modal over a panel");
-    EXPECT_EQ(dialog.ShowModal(), wxID_CANCEL);
-    EXPECT_FALSE(during.parent);
-    EXPECT_TRUE(during.other);
-    EXPECT_FALSE(during.disabled);
-    EXPECT_TRUE(m_parent->IsEnabled());
-    EXPECT_TRUE(m_other->IsEnabled());
-    EXPECT_FALSE(m_disabled->IsEnabled());
-}
-
-TEST_F(ModalFlavor, WithoutParentTheApplicationWaitsToo)
-{
-    states during{};
-    corr_test::modal_expectations modal;
-    modal.expect_shown<flavoured_dialog>([&](flavoured_dialog& d) {
-        during = read(d);
-        d.EndModal(wxID_OK);
-    });
-    flavoured_dialog dialog(nullptr, wxID_ANY, "orphan");
-    EXPECT_EQ(dialog.ShowModal(), wxID_OK);
-    EXPECT_FALSE(during.parent);
-    EXPECT_FALSE(during.other);
-    EXPECT_TRUE(m_parent->IsEnabled());
-    EXPECT_FALSE(m_disabled->IsEnabled());
+        EXPECT_TRUE(m_parent->IsEnabled());
+        EXPECT_TRUE(m_other->IsEnabled());
+        EXPECT_FALSE(m_disabled->IsEnabled()) << "a window disabled before stays disabled";
+    }
 }
 
 TEST_F(ModalFlavor, NestedModalDialogsEachRestoreTheirOwnWindows)

@@ -1,6 +1,10 @@
 #pragma once
 // Helpers shared by the foundation GUI tests.
+#include "gui_test.h"
+
 #include <gtest/gtest.h>
+#include <wx/frame.h>
+#include <wx/uiaction.h>
 #include <zip.h>
 
 #include <filesystem>
@@ -38,6 +42,32 @@ inline void write_zip(const std::filesystem::path& file, const std::map<std::str
         ASSERT_GE(zip_file_add(archive, name.c_str(), source, ZIP_FL_OVERWRITE), 0);
     }
     ASSERT_EQ(zip_close(archive), 0);
+}
+
+// A shown frame for the dialogs of a test to sit on.
+class host_frame : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_frame = new wxFrame(nullptr, wxID_ANY, "host", wxPoint(50, 50), wxSize(300, 200));
+        m_frame->Show();
+    }
+    void TearDown() override
+    {
+        m_frame->Destroy();
+        corr_test::pump_events();
+    }
+    wxFrame* m_frame = nullptr;
+};
+
+// Moves the mouse onto the middle of a window and clicks it.
+inline void click(wxWindow* window)
+{
+    wxUIActionSimulator sim;
+    sim.MouseMove(window->GetScreenRect().GetPosition() + window->GetSize() / 2);
+    corr_test::pump_events(30);
+    sim.MouseClick();
 }
 
 } // namespace foundation_test

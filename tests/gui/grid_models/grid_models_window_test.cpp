@@ -1,7 +1,7 @@
 // Each grid model wired into a real grid the way the dialogs wire it, then
 // driven with the mouse: check cells, in-cell buttons, combo edits, tooltips.
 #include "../../unit/grid_models/model_data.h"
-#include "gui_test.h"
+#include "../gridview8/grid_fixture.h"
 
 #include "corr_dialogs2/aspect_grid_model.h"
 #include "corr_dialogs2/combo_aspect_model.h"
@@ -10,9 +10,6 @@
 
 #include <gtest/gtest.h>
 #include <wx/dcmemory.h>
-#include <wx/frame.h>
-#include <wx/panel.h>
-#include <wx/uiaction.h>
 
 #include <type_traits>
 
@@ -39,24 +36,10 @@ wxBitmap box_image(bool checked)
 
 template <class M> constexpr bool is_editing_model = std::is_base_of_v<gridview8::IEditingModel, M>;
 
-class model_window : public ::testing::Test
+class model_window : public grid_test::grid_host
 {
 protected:
-    void SetUp() override
-    {
-        frame = new wxFrame(nullptr, wxID_ANY, "grid models", wxPoint(30, 30), wxSize(1100, 520));
-        auto* placeholder = new wxPanel(frame);
-        control = new uiframe7::CBaseControl(placeholder);
-        grid = new gridview8::CGrid(control);
-        frame->Show();
-        corr_test::pump_events(100);
-    }
-    void TearDown() override
-    {
-        grid->DetachModels();
-        frame->Destroy();
-        corr_test::pump_events(30);
-    }
+    model_window() : grid_host(wxSize(1100, 520)) {}
 
     // The wiring order of the dialogs.
     template <class M> void install(M& model, const std::wstring& button_text = {})
@@ -82,40 +65,10 @@ protected:
         }
         grid->SetResizingModel(&resizing);
         grid->GetHeader()->SetStyle(1);
-        corr_test::pump_events(60);
-    }
-
-    wxPoint to_screen(int x, int y) const
-    {
-        const auto p = grid->GetViewer()->LocalToScreen({x, y});
-        return {p.x, p.y};
-    }
-    wxPoint cell_centre(int row, int col)
-    {
-        const auto r = grid->GetCellRect(row, col);
-        return to_screen((r.left + r.right) / 2, (r.top + r.bottom) / 2);
-    }
-    void click(const wxPoint& p, int button = wxMOUSE_BTN_LEFT)
-    {
-        wxUIActionSimulator sim;
-        sim.MouseMove(p);
-        corr_test::pump_events(20);
-        sim.MouseClick(button);
-        corr_test::pump_events(40);
-    }
-    void double_click(const wxPoint& p)
-    {
-        wxUIActionSimulator sim;
-        sim.MouseMove(p);
-        corr_test::pump_events(20);
-        sim.MouseDblClick();
-        corr_test::pump_events(60);
+        settle();
     }
 
     sample_files files;
-    wxFrame* frame = nullptr;
-    uiframe7::CBaseControl* control = nullptr;
-    gridview8::CGrid* grid = nullptr;
     header_vis_model_t header;
     gridview8::CProportionalResizingModelEx resizing;
 };

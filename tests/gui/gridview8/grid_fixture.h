@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <wx/frame.h>
 #include <wx/panel.h>
+#include <wx/uiaction.h>
 
 #include <map>
 #include <string>
@@ -149,12 +150,16 @@ public:
     }
 };
 
-class grid_window : public ::testing::Test
+// A shown frame with a grid in it, placed the way the dialogs place one, and
+// the mouse moved over it for real.
+class grid_host : public ::testing::Test
 {
 protected:
+    explicit grid_host(wxSize size = wxSize(640, 420)) : m_size(size) {}
+
     void SetUp() override
     {
-        frame = new wxFrame(nullptr, wxID_ANY, "grid", wxPoint(40, 40), wxSize(640, 420));
+        frame = new wxFrame(nullptr, wxID_ANY, "grid", wxPoint(30, 30), m_size);
         placeholder = new wxPanel(frame);
         control = new uiframe7::CBaseControl(placeholder);
         grid = new gridview8::CGrid(control);
@@ -176,7 +181,51 @@ protected:
         corr_test::pump_events(30);
     }
 
-    // Installs the model the way the dialogs do.
+    // Lets pending paints and layout happen.
+    static void settle() { corr_test::pump_events(60); }
+
+    // A point of the viewer (grid coordinates) on the desktop.
+    wxPoint to_screen(int x, int y) const
+    {
+        const auto p = grid->GetViewer()->LocalToScreen({x, y});
+        return {p.x, p.y};
+    }
+    wxPoint cell_centre(int row, int col) const
+    {
+        const auto r = grid->GetCellRect(row, col);
+        return to_screen((r.left + r.right) / 2, (r.top + r.bottom) / 2);
+    }
+    static void click(const wxPoint& p, int button = wxMOUSE_BTN_LEFT)
+    {
+        wxUIActionSimulator sim;
+        sim.MouseMove(p);
+        corr_test::pump_events(20);
+        sim.MouseClick(button);
+        corr_test::pump_events(40);
+    }
+    static void double_click(const wxPoint& p)
+    {
+        wxUIActionSimulator sim;
+        sim.MouseMove(p);
+        corr_test::pump_events(20);
+        sim.MouseDblClick();
+        corr_test::pump_events(60);
+    }
+
+    wxFrame* frame = nullptr;
+    wxPanel* placeholder = nullptr;
+    uiframe7::CBaseControl* control = nullptr;
+    gridview8::CGrid* grid = nullptr;
+    int paints = 0;
+
+private:
+    wxSize m_size;
+};
+
+// The grid with the test model installed the way the dialogs install theirs.
+class grid_window : public grid_host
+{
+protected:
     void install(gridview8::IHeaderVisModel* header = nullptr)
     {
         model.line_height = control->GetSysWindow()->GetPainter()->GetLineHeight();
@@ -187,27 +236,7 @@ protected:
         settle();
     }
 
-    // Lets pending paints and layout happen.
-    void settle() { corr_test::pump_events(60); }
-
-    // A point of the viewer (grid coordinates) on the desktop.
-    wxPoint to_screen(int x, int y) const
-    {
-        const auto p = grid->GetViewer()->LocalToScreen({x, y});
-        return {p.x, p.y};
-    }
-    wxPoint cell_centre_on_screen(int row, int col) const
-    {
-        const auto r = grid->GetCellRect(row, col);
-        return to_screen((r.left + r.right) / 2, (r.top + r.bottom) / 2);
-    }
-
     test_model model;
-    wxFrame* frame = nullptr;
-    wxPanel* placeholder = nullptr;
-    uiframe7::CBaseControl* control = nullptr;
-    gridview8::CGrid* grid = nullptr;
-    int paints = 0;
 };
 
 } // namespace grid_test

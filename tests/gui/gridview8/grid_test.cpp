@@ -5,7 +5,6 @@
 
 #include <wx/dcmemory.h>
 #include <wx/image.h>
-#include <wx/uiaction.h>
 
 #include <algorithm>
 #include <set>
@@ -25,14 +24,6 @@ bool has_ink(const wxImage& image, const uicore7::rectangle<int>& r)
             if (image.GetRed(x, y) + image.GetGreen(x, y) + image.GetBlue(x, y) < 3 * 110)
                 return true;
     return false;
-}
-
-void click(const wxPoint& p, int button = wxMOUSE_BTN_LEFT)
-{
-    wxUIActionSimulator sim;
-    sim.MouseMove(p);
-    corr_test::pump_events(20);
-    sim.MouseClick(button);
 }
 
 } // namespace
@@ -142,7 +133,7 @@ TEST_F(grid_window, RightClickArrivesAsButtonTwoAndAClaimStopsTheGrid)
     handler.claim = true;
     grid->GetViewer()->AddEventHandler(&handler);
 
-    click(cell_centre_on_screen(4, 0), wxMOUSE_BTN_RIGHT);
+    click(cell_centre(4, 0), wxMOUSE_BTN_RIGHT);
     ASSERT_TRUE(corr_test::wait_until([&] { return !handler.downs.empty(); }));
     EXPECT_EQ(handler.downs[0].button, uicore7::mbRight);
     EXPECT_EQ(grid->HitTest(handler.downs[0].x, handler.downs[0].y).row, 4);
@@ -151,7 +142,7 @@ TEST_F(grid_window, RightClickArrivesAsButtonTwoAndAClaimStopsTheGrid)
 
     handler.claim = false;
     handler.downs.clear();
-    click(cell_centre_on_screen(4, 0), wxMOUSE_BTN_RIGHT);
+    click(cell_centre(4, 0), wxMOUSE_BTN_RIGHT);
     ASSERT_TRUE(corr_test::wait_until([&] { return grid->GetCurrentRow() == 4; }));
     EXPECT_TRUE(grid->IsRowSelected(4));
     grid->GetViewer()->RemoveEventHandler(&handler);
@@ -167,10 +158,7 @@ TEST_F(grid_window, SecondPressOfADoubleClickCarriesTheDoubleClickBit)
     std::vector<std::pair<int, int>> activated;
     grid->CellActivated().connect([&](int row, int col) { activated.emplace_back(row, col); });
 
-    wxUIActionSimulator sim;
-    sim.MouseMove(cell_centre_on_screen(3, 2));
-    corr_test::pump_events(20);
-    sim.MouseDblClick();
+    double_click(cell_centre(3, 2));
     ASSERT_TRUE(corr_test::wait_until([&] { return !activated.empty(); }));
     ASSERT_GE(handler.downs.size(), 2u);
     EXPECT_EQ(handler.downs.front().keys & uicore7::ksDoubleClick, 0);
@@ -185,7 +173,7 @@ TEST_F(grid_window, ComboEditReportsTheChoiceAtOnceAndUpdatesTheModelOnEnd)
     install();
     model.bind_combo(control->GetSysWindow());
 
-    click(cell_centre_on_screen(2, 1));
+    click(cell_centre(2, 1));
     ASSERT_TRUE(corr_test::wait_until([&] { return model.combo->IsEditing(); }));
     EXPECT_TRUE(grid->IsEditing());
     wxChoice* choice = model.combo->GetNativeControl();
@@ -244,7 +232,7 @@ TEST_F(grid_window, ClickElsewhereEndsTheEditKeepingTheValue)
     model.combo->GetNativeControl()->HandleWindowEvent(picked);
     EXPECT_EQ(model.choices.size(), 1u);
 
-    click(cell_centre_on_screen(6, 0));
+    click(cell_centre(6, 0));
     ASSERT_TRUE(corr_test::wait_until([&] { return !model.updates.empty(); }));
     EXPECT_EQ(model.rows[1][1], L"no");
     EXPECT_EQ(grid->GetCurrentRow(), 6);
@@ -269,7 +257,7 @@ TEST_F(grid_window, ComboDetachedAndDestroyedDuringAnEditLeavesTheGridClean)
     model.bind_combo(control->GetSysWindow());
     model.bind_combo(control->GetSysWindow());
     EXPECT_EQ(control->GetRootElement()->GetChildren().size(), children + 1);
-    click(cell_centre_on_screen(4, 1));
+    click(cell_centre(4, 1));
     ASSERT_TRUE(corr_test::wait_until([&] { return model.combo->IsEditing(); }));
 }
 
@@ -297,16 +285,16 @@ TEST_F(grid_window, TooltipTextAppearsOverTheRightCellOnly)
     wxUIActionSimulator sim;
     auto tooltip = [&] { return control->GetToolTipText().ToStdWstring(); };
 
-    sim.MouseMove(cell_centre_on_screen(3, 2));
+    sim.MouseMove(cell_centre(3, 2));
     ASSERT_TRUE(corr_test::wait_until([&] { return tooltip() == L"tip for 3/2"; }));
-    sim.MouseMove(cell_centre_on_screen(3, 1));
+    sim.MouseMove(cell_centre(3, 1));
     EXPECT_TRUE(corr_test::wait_until([&] { return tooltip().empty(); }));
-    sim.MouseMove(cell_centre_on_screen(4, 2));
+    sim.MouseMove(cell_centre(4, 2));
     corr_test::pump_events(50);
     EXPECT_EQ(tooltip(), L"");
-    sim.MouseMove(cell_centre_on_screen(6, 0));
+    sim.MouseMove(cell_centre(6, 0));
     EXPECT_TRUE(corr_test::wait_until([&] { return tooltip() == model.rows[6][0]; }));
-    sim.MouseMove(cell_centre_on_screen(5, 0)); // fits: no tooltip
+    sim.MouseMove(cell_centre(5, 0)); // fits: no tooltip
     EXPECT_TRUE(corr_test::wait_until([&] { return tooltip().empty(); }));
 }
 
@@ -348,7 +336,7 @@ TEST_F(grid_window, WheelScrollBarAndKeysMoveTheStartItem)
     EXPECT_EQ(rows->GetStartItem(), max_start);
 
     // Keys: Home, then End scrolls the last row into view.
-    click(cell_centre_on_screen(max_start + 1, 0));
+    click(cell_centre(max_start + 1, 0));
     ASSERT_TRUE(corr_test::wait_until([&] { return grid->GetCurrentRow() == max_start + 1; }));
     wxUIActionSimulator sim;
     sim.Char(WXK_HOME);
@@ -371,7 +359,7 @@ TEST_F(grid_window, KeyboardMovesAndExtendsAMultipleSelection)
     int changes = 0;
     grid->SelectionChanged().connect([&] { ++changes; });
 
-    click(cell_centre_on_screen(1, 0));
+    click(cell_centre(1, 0));
     ASSERT_TRUE(corr_test::wait_until([&] { return grid->GetCurrentRow() == 1; }));
     wxUIActionSimulator sim;
     sim.Char(WXK_DOWN, wxMOD_SHIFT);

@@ -17,16 +17,12 @@ namespace {
 constexpr auto visible = IHeaderItem::isVisible;
 constexpr auto unsorted = IHeaderItem::sdNone;
 
-// The grouped form the dialogs use: a group of weight 100 whose children
-// share 100 by integer division.
-bool add_group(CHeaderVisModel& header, int column, const std::vector<int>& children)
+// A group of weight 100 whose children share 100, the form the dialogs use.
+void add_group(CHeaderVisModel& header, int column, const std::vector<int>& children)
 {
-    if (!header.AddItem(column, visible, 100, unsorted))
-        return false;
+    ASSERT_TRUE(header.AddItem(column, visible, 100, unsorted));
     for (int child : children)
-        header.AddChildItem(column, child, visible, 100 / static_cast<int>(children.size()),
-                            unsorted);
-    return true;
+        ASSERT_TRUE(header.AddChildItem(column, child, visible, 100 / static_cast<int>(children.size()), unsorted));
 }
 
 std::vector<int> leaf_columns(const CHeaderVisModel& header)
@@ -38,42 +34,33 @@ std::vector<int> leaf_columns(const CHeaderVisModel& header)
 }
 } // namespace
 
-TEST(HeaderVisModel, PlainItemsInOrderAndPlacementFailures)
+TEST(HeaderVisModel, ItemsAndGroupChildrenInOrderAndPlacementFailures)
 {
     CHeaderVisModel header;
     const unsigned before = header.GetRevision();
-    EXPECT_TRUE(header.AddItem(3, visible, 100, unsorted));
-    EXPECT_TRUE(header.AddItem(0, visible, 50, IHeaderItem::sdAscending));
+    EXPECT_TRUE(header.AddItem(4, visible, 100, unsorted));
+    EXPECT_TRUE(header.AddItem(5, visible, 50, IHeaderItem::sdAscending));
     EXPECT_NE(header.GetRevision(), before);
-    EXPECT_FALSE(header.AddItem(3, visible, 100, unsorted)); // already placed
-    EXPECT_FALSE(header.AddItem(-1, visible, 100, unsorted));
-    EXPECT_FALSE(header.AddItem(5, visible, -1, unsorted));
-    EXPECT_FALSE(header.AddChildItem(9, 4, visible, 10, unsorted)); // no such group
-    EXPECT_EQ(leaf_columns(header), (std::vector<int>{3, 0}));
-    EXPECT_EQ(header.GetLeafPosition(0), 1);
-    EXPECT_EQ(header.GetLeafPosition(4), -1);
     EXPECT_FALSE(header.HasGroups());
-    EXPECT_EQ(header.FindItem(0)->GetSortingDirection(), IHeaderItem::sdAscending);
-}
-
-TEST(HeaderVisModel, GroupOfThreeChildrenGivesEachWeight33)
-{
-    CHeaderVisModel header;
-    header.AddItem(4, visible, 100, unsorted);
-    ASSERT_TRUE(add_group(header, 1, {0, 2, 3}));
+    add_group(header, 1, {0, 2, 3});
     EXPECT_TRUE(header.HasGroups());
-    EXPECT_EQ(header.GetItemCount(), 2);
-    EXPECT_EQ(leaf_columns(header), (std::vector<int>{4, 0, 2, 3}));
+    EXPECT_EQ(header.GetItemCount(), 3);
+    EXPECT_EQ(leaf_columns(header), (std::vector<int>{4, 5, 0, 2, 3}));
+    EXPECT_EQ(header.GetLeafPosition(0), 2);
+    EXPECT_EQ(header.GetLeafPosition(6), -1);
+    EXPECT_EQ(header.FindItem(5)->GetSortingDirection(), IHeaderItem::sdAscending);
     const IHeaderItem* group = header.FindItem(1);
     ASSERT_NE(group, nullptr);
-    EXPECT_EQ(group->GetWidthWeight(), 100);
     ASSERT_EQ(group->GetChildCount(), 3);
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(group->GetChild(i)->GetWidthWeight(), 33);
+    for (int i = 0; i < 3; ++i)
         EXPECT_EQ(group->GetChild(i)->GetParentItem(), group);
-    }
-    // A column already shown as a child cannot be placed again.
-    EXPECT_FALSE(header.AddItem(2, visible, 100, unsorted));
+
+    EXPECT_FALSE(header.AddItem(4, visible, 100, unsorted)); // already placed
+    EXPECT_FALSE(header.AddItem(2, visible, 100, unsorted)); // already placed as a child
+    EXPECT_FALSE(header.AddItem(-1, visible, 100, unsorted));
+    EXPECT_FALSE(header.AddItem(6, visible, -1, unsorted));
+    EXPECT_FALSE(header.AddChildItem(9, 7, visible, 10, unsorted)); // no such group
+    EXPECT_EQ(header.GetLeafCount(), 5);
 }
 
 TEST(HeaderVisModel, HiddenItemsLeaveTheShownColumns)

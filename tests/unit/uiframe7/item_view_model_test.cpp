@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <utility>
 #include <vector>
 
 using uiframe7::CSimpleContinuousItemViewModel;
@@ -11,6 +13,9 @@ using uiframe7::CSimpleDiscreteItemViewModel;
 using uiframe7::ItemRange;
 
 namespace {
+
+// (position, item the position hits) pairs.
+using hits = std::initializer_list<std::pair<int, int>>;
 
 // Heights given per item; counts how often each is asked.
 class sized_rows : public CSimpleDiscreteItemViewModel
@@ -38,12 +43,8 @@ TEST(DiscreteItemViewModel, UniformRowsHitTestAndRanges)
     rows.SetCount(10);
     rows.SetViewSize(50);
     EXPECT_EQ(rows.GetTotalSize(), 200);
-    EXPECT_EQ(rows.HitTest(0), 0);
-    EXPECT_EQ(rows.HitTest(19), 0);
-    EXPECT_EQ(rows.HitTest(20), 1);
-    EXPECT_EQ(rows.HitTest(199), 9);
-    EXPECT_EQ(rows.HitTest(200), -1);
-    EXPECT_EQ(rows.HitTest(-1), -1);
+    for (const auto& [y, row] : hits{{0, 0}, {19, 0}, {20, 1}, {199, 9}, {200, -1}, {-1, -1}})
+        EXPECT_EQ(rows.HitTest(y), row) << y;
     EXPECT_EQ(rows.GetItemRange(3), (ItemRange{60, 80}));
     EXPECT_EQ(rows.GetItemRange(10), (ItemRange{}));
     EXPECT_EQ(rows.GetItemRange(-1), (ItemRange{}));
@@ -59,11 +60,8 @@ TEST(DiscreteItemViewModel, ScrolledViewMeasuresFromTheStartItem)
     EXPECT_EQ(rows.GetItemRange(2), (ItemRange{0, 20}));
     EXPECT_EQ(rows.GetItemRange(1), (ItemRange{-30, 0}));
     EXPECT_EQ(rows.GetFullRange(), (ItemRange{-40, 80}));
-    EXPECT_EQ(rows.HitTest(0), 2);
-    EXPECT_EQ(rows.HitTest(20), 3);
-    EXPECT_EQ(rows.HitTest(-1), 1);
-    EXPECT_EQ(rows.HitTest(-40), 0);
-    EXPECT_EQ(rows.HitTest(-41), -1);
+    for (const auto& [y, row] : hits{{0, 2}, {20, 3}, {-1, 1}, {-40, 0}, {-41, -1}})
+        EXPECT_EQ(rows.HitTest(y), row) << y;
     EXPECT_EQ(rows.GetLastVisibleItem(), 3);      // 3 ends at 60, beyond 45
     EXPECT_EQ(rows.GetLastFullyVisibleItem(), 2); // only 2 fits completely
 }
@@ -71,11 +69,9 @@ TEST(DiscreteItemViewModel, ScrolledViewMeasuresFromTheStartItem)
 TEST(DiscreteItemViewModel, OffsetsArePrefixSumsComputedInOnePass)
 {
     sized_rows rows({5, 0, 7, 3});
-    EXPECT_EQ(rows.GetItemOffset(0), 0);
-    EXPECT_EQ(rows.GetItemOffset(1), 5);
-    EXPECT_EQ(rows.GetItemOffset(2), 5);
-    EXPECT_EQ(rows.GetItemOffset(3), 12);
-    EXPECT_EQ(rows.GetItemOffset(4), 15);
+    const int offsets[] = {0, 5, 5, 12, 15};
+    for (int item = 0; item < 5; ++item)
+        EXPECT_EQ(rows.GetItemOffset(item), offsets[item]) << item;
     EXPECT_EQ(rows.asks, 4);       // once per item, however many queries follow
     EXPECT_EQ(rows.HitTest(5), 2); // the empty item 1 is never hit
     for (int y = 0; y < 15; ++y)
@@ -144,10 +140,8 @@ TEST(ContinuousItemViewModel, WidthsRangesAndHitTests)
     cols.SetItemSize(1, 20);
     EXPECT_EQ(cols.GetTotalSize(), 120);
     EXPECT_EQ(cols.GetItemRange(1), (ItemRange{50, 70}));
-    EXPECT_EQ(cols.HitTest(49), 0);
-    EXPECT_EQ(cols.HitTest(50), 1);
-    EXPECT_EQ(cols.HitTest(119), 2);
-    EXPECT_EQ(cols.HitTest(120), -1);
+    for (const auto& [x, col] : hits{{49, 0}, {50, 1}, {119, 2}, {120, -1}})
+        EXPECT_EQ(cols.HitTest(x), col) << x;
     EXPECT_EQ(cols.GetFullRange(), (ItemRange{0, 120}));
     cols.SetOffset(30);
     EXPECT_EQ(cols.HitTest(0), 0);
