@@ -1,16 +1,9 @@
 // Exporting the result open in an engine: a real sanitizer report imported
 // into a real result directory, its referenced sources packed on request.
-#include "corr_engine/archiver.h"
+#include "archive_support.h"
 #include "corr_engine/engine.h"
 
-#include <gtest/gtest.h>
-#include <zip.h>
-
 #include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <set>
-#include <string>
 
 namespace fs = std::filesystem;
 using corr_engine::archiver_t;
@@ -19,31 +12,7 @@ using corr_engine::zipfile_impl_t;
 
 namespace {
 
-std::string read_text(const fs::path& p)
-{
-    std::ifstream in(p, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-std::set<std::string> entry_names(const fs::path& archive)
-{
-    std::set<std::string> out;
-    int code = 0;
-    zip_t* z = zip_open(archive.c_str(), ZIP_RDONLY, &code);
-    EXPECT_NE(nullptr, z);
-    if (!z)
-        return out;
-    for (zip_int64_t i = 0; i < zip_get_num_entries(z, 0); ++i)
-        out.insert(zip_get_name(z, static_cast<zip_uint64_t>(i), 0));
-    zip_discard(z);
-    return out;
-}
-
-struct message_count final : notify2::IMessenger
-{
-    int count = 0;
-    void message(std::uint32_t, const wchar_t*) override { ++count; }
-};
+using namespace archiver_test;
 
 class ArchiverEngine : public testing::Test
 {
@@ -58,7 +27,7 @@ protected:
         fs::copy_file(samples / "src" / "mem_overflow.c", m_root / "src" / "mem_overflow.c");
         // The recorded report names the folder it was recorded in; point it
         // at this copy of the sources.
-        std::string report = read_text(samples / "recorded" / "asan_overflow.txt");
+        std::string report = read_file(samples / "recorded" / "asan_overflow.txt");
         const std::string recorded_dir = "/work/wt-samples/samples/src";
         ASSERT_NE(std::string::npos, report.find(recorded_dir));
         for (size_t at; (at = report.find(recorded_dir)) != std::string::npos;)
@@ -84,42 +53,43 @@ protected:
 
 TEST_F(ArchiverEngine, PacksTheResultWithTheSourcesItsProblemsName)
 {
-    auto engine = make_result({m_root / "src"});
-    const auto sources = archiver_t::get_source_files(*engine);
-    ASSERT_EQ(1u, sources.size()) << "only the file in the source folder, not the C library's";
-    EXPECT_EQ(m_root / "src" / "mem_overflow.c", sources[0].fs());
+    // With a source folder only the file in it counts, not the C library's;
+    // without one, the named files that exist are taken.
+    basekit2::intrusive_pointer_t<engine_t> engine;
+    for (const bool with_dirs : {false, true}) {
+        SCOPED_TRACE(with_dirs ? "with source folder" : "without source folder");
+        fs::remove_all(m_root / "results");
+        engine = make_result(with_dirs ? std::vector<basekit2::path_t>{m_root / "src"}
+                                            : std::vector<basekit2::path_t>{});
+        const auto sources = archiver_t::get_source_files(*engine);
+        ASSERT_EQ(1u, sources.size());
+        EXPECT_EQ(m_root / "src" / "mem_overflow.c", sources[0].fs());
+    }
 
+    // The last one, with the source folder, is packed.
     zipfile_impl_t zip;
     ASSERT_TRUE(zip.open_for_writing(m_root / "run1.corrz"));
-    message_count messages;
+    collected_messages messages;
     ASSERT_EQ(archiver_t::success,
               archiver_t::pack(engine, zip, archiver_t::include_sources, &messages, nullptr));
-    EXPECT_EQ(0, messages.count);
-    const auto names = entry_names(m_root / "run1.corrz");
+    EXPECT_TRUE(messages.list.empty());
+    const auto names = read_archive(m_root / "run1.corrz");
     EXPECT_TRUE(names.count("run1/run1.corr"));
     EXPECT_TRUE(names.count("run1/data/asan_overflow.txt"));
     EXPECT_TRUE(names.count("run1/sources/" +
                             (m_root / "src" / "mem_overflow.c").relative_path().generic_string()));
 }
 
-TEST_F(ArchiverEngine, WithoutSourceFoldersTheNamedFilesThatExistAreTaken)
-{
-    auto engine = make_result({});
-    const auto sources = archiver_t::get_source_files(*engine);
-    ASSERT_EQ(1u, sources.size());
-    EXPECT_EQ(m_root / "src" / "mem_overflow.c", sources[0].fs());
-}
-
 TEST_F(ArchiverEngine, NoEngineOrNoResultIsNoResult)
 {
     zipfile_impl_t zip;
     ASSERT_TRUE(zip.open_for_writing(m_root / "x.corrz"));
-    message_count messages;
+    collected_messages messages;
     EXPECT_EQ(archiver_t::no_result, archiver_t::pack(nullptr, zip, 0, &messages, nullptr));
     EXPECT_FALSE(zip.is_open());
     ASSERT_TRUE(zip.open_for_writing(m_root / "x.corrz"));
     EXPECT_EQ(archiver_t::no_result,
               archiver_t::pack(engine_t::create(), zip, 0, &messages, nullptr));
-    EXPECT_EQ(2, messages.count);
+    EXPECT_EQ(2u, messages.list.size());
     EXPECT_FALSE(fs::exists(m_root / "x.corrz"));
 }

@@ -1,17 +1,9 @@
 // Packing real result folders into real zip archives, read back with libzip.
-#include "corr_engine/archiver.h"
+#include "archive_support.h"
 #include "corr_engine/progress_guard.h"
 
-#include <gtest/gtest.h>
-#include <zip.h>
-
 #include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <map>
 #include <random>
-#include <string>
-#include <vector>
 
 namespace fs = std::filesystem;
 using corr_engine::archiver_t;
@@ -21,86 +13,7 @@ using corr_engine::zipfile_impl_t;
 
 namespace {
 
-std::string read_file(const fs::path& p)
-{
-    std::ifstream in(p, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-void write_file(const fs::path& p, const std::string& data)
-{
-    fs::create_directories(p.parent_path());
-    std::ofstream(p, std::ios::binary) << data;
-}
-
-struct archive_entry
-{
-    std::string data;
-    zip_uint16_t method = 0;
-};
-
-// Name -> content of every entry; folders map to an empty text.
-std::map<std::string, archive_entry> read_archive(const fs::path& file)
-{
-    std::map<std::string, archive_entry> out;
-    int code = 0;
-    zip_t* z = zip_open(file.c_str(), ZIP_RDONLY | ZIP_CHECKCONS, &code);
-    EXPECT_NE(nullptr, z) << "cannot open " << file << ", libzip error " << code;
-    if (!z)
-        return out;
-    for (zip_int64_t i = 0; i < zip_get_num_entries(z, 0); ++i) {
-        zip_stat_t st;
-        zip_stat_index(z, static_cast<zip_uint64_t>(i), 0, &st);
-        archive_entry e;
-        e.method = st.comp_method;
-        e.data.resize(st.size);
-        zip_file_t* f = zip_fopen_index(z, static_cast<zip_uint64_t>(i), 0);
-        EXPECT_NE(nullptr, f);
-        if (f) {
-            EXPECT_EQ(static_cast<zip_int64_t>(st.size), zip_fread(f, e.data.data(), st.size));
-            zip_fclose(f);
-        }
-        out[st.name] = std::move(e);
-    }
-    zip_discard(z);
-    return out;
-}
-
-struct collected_messages final : notify2::IMessenger
-{
-    std::vector<std::pair<std::uint32_t, std::wstring>> list;
-    void message(std::uint32_t type, const wchar_t* text) override
-    {
-        list.emplace_back(type, text ? text : L"");
-    }
-};
-
-// A progress bar that records what it was told and can ask to stop once a
-// share of the work is done.
-struct test_progress final : notify2::IProgress
-{
-    double total = 0, position = 0;
-    double cancel_at = 2; // share of the total
-    int reports = 0;
-    bool monotonic = true;
-
-    void begin(const std::wstring&, double t) override
-    {
-        total = t;
-        position = 0;
-    }
-    void progressed(double amount) override
-    {
-        monotonic = monotonic && amount >= 0;
-        position += amount;
-        ++reports;
-    }
-    void set_status(const std::wstring&) override {}
-    void raise_first() override {}
-    void raise_second() override {}
-    double get_total() const override { return total; }
-    bool is_cancelled() const override { return total > 0 && position >= cancel_at * total; }
-};
+using namespace archiver_test;
 
 class ArchiverTest : public testing::TestWithParam<unsigned>
 {
@@ -175,7 +88,7 @@ TEST_P(ArchiverTest, PacksTheResultFolderAndReadsBackTheSame)
     zipfile_impl_t zip;
     ASSERT_TRUE(zip.open_for_writing(m_target)) << zip.get_error().size();
     collected_messages messages;
-    test_progress progress;
+    recording_progress progress;
     ASSERT_EQ(archiver_t::success,
               archiver_t::pack({m_result, {}}, zip, 0, &messages, &progress, options()));
     EXPECT_FALSE(zip.is_open());
@@ -236,7 +149,7 @@ TEST_P(ArchiverTest, CancelledPackLeavesNoArchiveAndKeepsAnOldOne)
     write_file(m_target, "the previous export");
     zipfile_impl_t zip;
     ASSERT_TRUE(zip.open_for_writing(m_target));
-    test_progress progress;
+    recording_progress progress;
     progress.cancel_at = GetParam() > 1 ? 0 : 0.3; // parallel parts are polled every 50 ms
     EXPECT_EQ(archiver_t::cancelled,
               archiver_t::pack({m_result, {}}, zip, 0, nullptr, &progress, options()));

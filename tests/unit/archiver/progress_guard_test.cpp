@@ -1,36 +1,9 @@
 // Progress guards and their children: how a sub-operation's range maps onto
 // its parent's, and who raises the completion event.
+#include "archive_support.h"
 #include "corr_engine/progress_guard.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-namespace {
-
-struct recording_progress final : notify2::IProgress
-{
-    double total = 0, position = 0;
-    std::vector<std::wstring> texts;
-    int firsts = 0, seconds = 0;
-    bool cancelled = false;
-
-    void begin(const std::wstring& text, double t) override
-    {
-        texts.push_back(text);
-        total = t;
-        position = 0;
-    }
-    void progressed(double amount) override { position += amount; }
-    void set_status(const std::wstring& text) override { texts.push_back(text); }
-    void raise_first() override { ++firsts; }
-    void raise_second() override { ++seconds; }
-    double get_total() const override { return total; }
-    bool is_cancelled() const override { return cancelled; }
-};
-
-} // namespace
+using archiver_test::recording_progress;
 
 TEST(ProgressGuard, ExportWorkerSplitMapsTheChildOntoTheLastTwoThirds)
 {

@@ -148,7 +148,7 @@ TEST(Engine, FailedCreateLeavesNoFolder)
     EXPECT_FALSE(engine->has_result());
 
     // An existing, non-empty folder is not taken over.
-    write_file(tmp / "notes.txt", "mine");
+    write_bytes(tmp / "notes.txt", "mine");
     EXPECT_FALSE(engine->create_result(path_t(tmp.path()), L"x"));
     EXPECT_NE(engine->last_error().find(L"already exists"), std::wstring::npos);
 }
@@ -161,17 +161,17 @@ TEST(Engine, OpeningSomethingElseSaysWhat)
     EXPECT_NE(engine->last_error().find(L"no such result"), std::wstring::npos);
     EXPECT_FALSE(engine->open_result(path_t(tmp.path())));
     EXPECT_NE(engine->last_error().find(L"holds no *.corr marker file"), std::wstring::npos);
-    write_file(tmp / "a.corr", "corr-result 1\nname = a\n");
-    write_file(tmp / "b.corr", "corr-result 1\nname = b\n");
+    write_bytes(tmp / "a.corr", "corr-result 1\nname = a\n");
+    write_bytes(tmp / "b.corr", "corr-result 1\nname = b\n");
     EXPECT_FALSE(engine->open_result(path_t(tmp.path())));
     EXPECT_NE(engine->last_error().find(L"several marker files (a.corr, b.corr)"),
               std::wstring::npos);
     ASSERT_TRUE(engine->open_result(path_t(tmp / "a.corr")));
-    write_file(tmp / "c.corr", "corr-result 9\n");
+    write_bytes(tmp / "c.corr", "corr-result 9\n");
     EXPECT_FALSE(engine->open_result(path_t(tmp / "c.corr")));
     EXPECT_NE(engine->last_error().find(L"c.corr:1: result format version 9"), std::wstring::npos);
     EXPECT_EQ(engine->get_result_name(), L"a"); // still the one that opened
-    write_file(tmp / "x.txt", "corr-result 1\n");
+    write_bytes(tmp / "x.txt", "corr-result 1\n");
     EXPECT_FALSE(engine->open_result(path_t(tmp / "x.txt")));
     EXPECT_NE(engine->last_error().find(L"not a result marker file"), std::wstring::npos);
 }
@@ -222,11 +222,11 @@ TEST(Engine, SourceFilesForExportAndTheSuppressionsFolder)
 {
     temp_dir_t tmp;
     fs::create_directories(tmp / "src" / "lib");
-    write_file(tmp / "src" / "a.c", "int main() {}\n");
-    write_file(tmp / "src" / "lib" / "b.c", "int f() {}\n");
+    write_bytes(tmp / "src" / "a.c", "int main() {}\n");
+    write_bytes(tmp / "src" / "lib" / "b.c", "int f() {}\n");
     const fs::path report = tmp / "ub.txt";
     const std::string src = (tmp / "src").string();
-    write_file(
+    write_bytes(
         report,
         src + "/a.c:3:5: runtime error: division by zero\n" + src +
             "/lib/b.c:7:1: runtime error: shift exponent 40 is too large\n" + src +
@@ -258,9 +258,9 @@ TEST(Engine, DataFileThatNoLongerReadsIsReportedOnLoad)
                                      sample("memcheck_double_free.xml")}),
                               {}, report));
     const fs::path data = tmp / "r" / "data";
-    write_file(data / "memcheck_overflow.xml",
+    write_bytes(data / "memcheck_overflow.xml",
                "<valgrindoutput><protocolversion>4</protocolversion><error>");
-    write_file(data / "memcheck_double_free.xml", "<valgrindoutput><protocolversion>4</protocol>");
+    write_bytes(data / "memcheck_double_free.xml", "<valgrindoutput><protocolversion>4</protocol>");
     auto again = engine_t::create();
     ASSERT_TRUE(again->open_result(path_t(tmp / "r")));
     const auto problems = again->get_problems();

@@ -3,6 +3,7 @@
 // folders, and importing into a vector.
 #include "corr_engine/result_converter.h"
 #include "platkit/strings/convert.h"
+#include "../ruledata/sup_test_support.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +11,6 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -38,11 +38,7 @@ inline std::string read_file(const fs::path& p)
     return s.str();
 }
 
-inline void write_file(const fs::path& p, const std::string& text)
-{
-    std::ofstream out(p, std::ios::binary | std::ios::trunc);
-    out << text;
-}
+using sup_test::write_bytes;
 
 inline size_t count_of(const std::string& text, const std::string& part)
 {
@@ -63,6 +59,19 @@ inline std::vector<fs::path> samples_matching(const std::string& prefix, const s
     return out;
 }
 
+// What every imported problem carries, whatever the tool.
+inline void expect_complete(const std::vector<probstore3::problem_t>& problems)
+{
+    for (const auto& p : problems) {
+        EXPECT_FALSE(p.kind.empty());
+        EXPECT_FALSE(p.type.empty());
+        EXPECT_FALSE(p.description.empty());
+        ASSERT_FALSE(p.stacks.empty());
+        EXPECT_FALSE(p.stacks[0].frames.empty());
+        ASSERT_NE(p.best_frame(), nullptr);
+    }
+}
+
 struct imported_t
 {
     corr_engine::import_report_t report;
@@ -80,30 +89,7 @@ inline imported_t import_with(const corr_engine::result_importer_t& importer, co
 }
 
 // A scratch folder, removed with everything in it at the end of the test.
-class temp_dir_t
-{
-public:
-    temp_dir_t()
-    {
-        std::random_device rd;
-        m_path = fs::temp_directory_path() /
-                 ("corr_engine_test_" + std::to_string(rd()) + std::to_string(rd()));
-        fs::create_directories(m_path);
-    }
-    ~temp_dir_t()
-    {
-        std::error_code ec;
-        fs::remove_all(m_path, ec);
-    }
-    temp_dir_t(const temp_dir_t&) = delete;
-    temp_dir_t& operator=(const temp_dir_t&) = delete;
-
-    const fs::path& path() const { return m_path; }
-    fs::path operator/(const std::string& leaf) const { return m_path / leaf; }
-
-private:
-    fs::path m_path;
-};
+using temp_dir_t = sup_test::temp_dir;
 
 // Every file and its bytes under a folder: to show that a failed operation
 // changed nothing.

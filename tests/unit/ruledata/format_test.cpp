@@ -172,9 +172,7 @@ TEST(SupFormat, CommentsOfAFileWithoutSuppressionsStayOnTop)
     const auto file = load(dir / "c.sup");
     ASSERT_TRUE(file);
     EXPECT_TRUE(file->get_rulesets(true).empty());
-    auto set = probstore3::create_candidate_rule_set(std::vector<probstore3::problem_t>{recorded::use_after_free()});
-    set->set_name(L"First");
-    file->add_suppression(set);
+    file->add_suppression(recorded::named_set(L"First", recorded::use_after_free()));
     EXPECT_EQ(file->to_text().rfind("corr-suppressions 2\n# Team rules: ask before adding.\n\nsuppression \"First\"\n", 0),
               0u);
 }

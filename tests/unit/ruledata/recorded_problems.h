@@ -3,6 +3,7 @@
 // samples/recorded/. They are written out here because the rule data must
 // not depend on the importers; check_recorded() keeps them honest by
 // finding every function, source file and line in the recorded file.
+#include "probstore3/candidates.h"
 #include "probstore3/problem.h"
 
 #include <gtest/gtest.h>
@@ -111,6 +112,14 @@ inline probstore3::problem_t template_race()
                              level(1, 40), level(2, 40), level(3, 40)}});
     p.best_level = 0;
     return p;
+}
+
+// The candidate rule set of one problem, under a name.
+inline probstore3::rule_set_ptr named_set(const std::wstring& name, const probstore3::problem_t& problem)
+{
+    auto set = probstore3::create_candidate_rule_set(std::vector<probstore3::problem_t>{problem});
+    set->set_name(name);
+    return set;
 }
 
 inline std::string read_all(const std::string& path)

@@ -1,5 +1,7 @@
 #pragma once
-// Temporary folders and file helpers of the suppression-file tests.
+// Temporary folders and file helpers of the suppression-file tests, shared
+// with the other unit-test folders that need scratch files.
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -7,6 +9,7 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace sup_test {
 

@@ -16,16 +16,7 @@ using probstore3::suppression_file_t;
 using sup_test::read_bytes;
 using sup_test::temp_dir;
 
-namespace {
-
-probstore3::rule_set_ptr named_set(const std::wstring& name, const probstore3::problem_t& problem)
-{
-    auto set = probstore3::create_candidate_rule_set(std::vector<probstore3::problem_t>{problem});
-    set->set_name(name);
-    return set;
-}
-
-} // namespace
+using recorded::named_set;
 
 // Run by its own CTest entry under a file-size limit (see CMakeLists.txt).
 TEST(SuppressionFileUnderSizeLimit, FailedWriteLeavesTheOldFileIntact)

@@ -34,9 +34,7 @@ struct recorded_prompt : supp_file_rewrite_prompt_t
 boost::shared_ptr<probstore3::suppression_file_t> file_with_rule(const std::filesystem::path& path)
 {
     auto file = boost::make_shared<probstore3::suppression_file_t>(path.wstring());
-    auto set = probstore3::create_candidate_rule_set(std::vector<probstore3::problem_t>{recorded::use_after_free()});
-    set->set_name(L"uaf");
-    file->add_suppression(set);
+    file->add_suppression(recorded::named_set(L"uaf", recorded::use_after_free()));
     return file;
 }
 
@@ -125,8 +123,7 @@ TEST(SuppressionFileWrapper, AddAndRemoveReachTheDiskOnSave)
 {
     sup_test::temp_dir dir;
     const auto file = wrap_suppression_file(boost::make_shared<probstore3::suppression_file_t>((dir / "a.sup").wstring()));
-    auto set = probstore3::create_candidate_rule_set(std::vector<probstore3::problem_t>{recorded::race_read()});
-    set->set_name(L"race");
+    const auto set = recorded::named_set(L"race", recorded::race_read());
     file->add_suppression(set);
     ASSERT_EQ(file->save(), suppfmt3::se_success);
     EXPECT_NE(sup_test::read_bytes(dir / "a.sup").find("suppression \"race\""), std::string::npos);

@@ -3,12 +3,11 @@
 #include "settings2/property_storage.h"
 
 #include "platkit/strings/convert.h"
+#include "../ruledata/sup_test_support.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
-#include <iterator>
 
 namespace fs = std::filesystem;
 using basekit2::path_t;
@@ -20,25 +19,12 @@ namespace {
 class PropertyStorage : public testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        m_dir = fs::temp_directory_path() /
-                (std::string("corr_props_") + testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(m_dir);
-        fs::create_directories(m_dir);
-        m_file = m_dir / "properties.xml";
-    }
-    void TearDown() override { fs::remove_all(m_dir); }
-
-    static std::string read(const fs::path& p)
-    {
-        std::ifstream in(p, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    }
+    static std::string read(const fs::path& p) { return sup_test::read_bytes(p); }
     static std::string utf8(const std::wstring& w) { return platkit::strings::wide_to_utf8(w); }
 
-    fs::path m_dir;
-    fs::path m_file;
+    sup_test::temp_dir m_tmp;
+    const fs::path& m_dir = m_tmp.path();
+    fs::path m_file = m_dir / "properties.xml";
 };
 
 } // namespace

@@ -3,14 +3,11 @@
 #include "settings2/catalog.h"
 #include "settings2/resource_catalogs.h"
 #include "platkit/strings/convert.h"
+#include "../ruledata/sup_test_support.h"
 
 #include <gtest/gtest.h>
 #include <zip.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 
 namespace fs = std::filesystem;
@@ -18,22 +15,7 @@ using basekit2::path_t;
 
 namespace {
 
-class temp_dir
-{
-public:
-    temp_dir()
-    {
-        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-        m_path = fs::temp_directory_path() / (std::string("corr_res_") + info->name());
-        fs::remove_all(m_path);
-        fs::create_directories(m_path);
-    }
-    ~temp_dir() { fs::remove_all(m_path); }
-    const fs::path& path() const { return m_path; }
-
-private:
-    fs::path m_path;
-};
+using sup_test::temp_dir;
 
 // Writes a real zip archive with the given entries.
 void write_zip(const fs::path& file, const std::map<std::string, std::string>& entries)
@@ -49,16 +31,10 @@ void write_zip(const fs::path& file, const std::map<std::string, std::string>& e
     ASSERT_EQ(zip_close(archive), 0);
 }
 
-std::string read_file(const fs::path& file)
-{
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 std::string real_catalog_data()
 {
     // The compiled catalogue the build packed into dialogs2.dat.
-    return read_file(fs::path(CORR_RESOURCE_DIR) / "dialogs2.dat.d" / "messages.mo");
+    return sup_test::read_bytes(fs::path(CORR_RESOURCE_DIR) / "dialogs2.dat.d" / "messages.mo");
 }
 
 std::wstring text_of(const std::wstring& set, const std::wstring& key)
@@ -104,7 +80,7 @@ TEST(ResourceCatalogs, MissingOrEmptyFolderIsReportedByName)
 TEST(ResourceCatalogs, DamagedArchivesAreReportedAndTheOthersStillLoad)
 {
     temp_dir dir;
-    const std::string good = read_file(fs::path(CORR_RESOURCE_DIR) / "dialogs2.dat");
+    const std::string good = sup_test::read_bytes(fs::path(CORR_RESOURCE_DIR) / "dialogs2.dat");
     ASSERT_FALSE(good.empty());
     std::ofstream(dir.path() / "a_good.dat", std::ios::binary) << good;
     std::ofstream(dir.path() / "b_garbage.dat", std::ios::binary) << "this is not a zip file at all";
