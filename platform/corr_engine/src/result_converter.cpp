@@ -94,16 +94,35 @@ std::vector<std::shared_ptr<const result_importer_t>> result_converter_t::import
 std::shared_ptr<const result_importer_t>
 result_converter_t::find_importer(const basekit2::path_t& file) const
 {
-    std::string head(head_size, '\0');
-    {
-        std::ifstream in(file.fs(), std::ios::binary);
-        in.read(head.data(), static_cast<std::streamsize>(head.size()));
-        head.resize(static_cast<size_t>(in.gcount()));
-    }
+    std::ifstream in(file.fs(), std::ios::binary);
+    std::string window(head_size, '\0');
+    in.read(window.data(), static_cast<std::streamsize>(window.size()));
+    window.resize(static_cast<size_t>(in.gcount()));
+
     const std::wstring ext = file.extension();
-    for (const auto& importer : importers())
-        if (importer->extension() == ext && importer->can_import(head))
+    std::vector<std::shared_ptr<const result_importer_t>> later;
+    for (const auto& importer : importers()) {
+        if (importer->extension() != ext)
+            continue;
+        if (importer->can_import(window))
             return importer;
+        if (importer->may_start_later())
+            later.push_back(importer);
+    }
+    // Further windows of the file, each starting with the end of the one
+    // before, so that a report header cut by a window's end is still seen.
+    while (!later.empty() && in) {
+        const size_t keep = std::min(window.size(), window_overlap);
+        window.erase(0, window.size() - keep);
+        window.resize(keep + head_size);
+        in.read(window.data() + keep, static_cast<std::streamsize>(head_size));
+        window.resize(keep + static_cast<size_t>(in.gcount()));
+        if (window.size() == keep)
+            break;
+        for (const auto& importer : later)
+            if (importer->can_import(window))
+                return importer;
+    }
     return nullptr;
 }
 

@@ -1,4 +1,5 @@
 // Sanitizer report import against the recorded samples and hand-made inputs.
+#include "corr_engine/result_converter.h"
 #include "corr_engine/sanitizer_report_importer.h"
 #include "test_support.h"
 
@@ -265,6 +266,53 @@ TEST(SanitizerImport, RecognisesReportsOnly)
     EXPECT_FALSE(
         importer.can_import("==123== Memcheck, a memory error detector\n==123== ERROR SUMMARY: 0"));
     EXPECT_FALSE(importer.can_import("ERROR: something else: entirely"));
+}
+
+// A program's own output first, the sanitizer's report after it: the file is
+// still recognised by its later windows, also when a window ends inside the
+// report header; a format with a header at the start is not recognised by a
+// look-alike further in.
+TEST(SanitizerImport, ReportAfterTheProgramsOwnOutputIsRecognised)
+{
+    const corr_engine::result_converter_t converter;
+    const std::string report = read_file(sample("asan_use_after_free.txt"));
+    // Where the report's header text starts, counted from the report's start.
+    const size_t header_at = report.find("ERROR: AddressSanitizer:");
+    ASSERT_NE(std::string::npos, header_at);
+    auto output_of = [](size_t bytes) {
+        std::string out;
+        for (int i = 0; out.size() < bytes; ++i)
+            out += "step " + std::to_string(i) + " done\n";
+        return out.substr(0, bytes);
+    };
+    const size_t window = corr_engine::result_converter_t::head_size;
+    temp_dir_t tmp;
+    struct case_t
+    {
+        const char* name;
+        std::string text;
+        bool recognised;
+    };
+    const std::vector<case_t> cases{
+        {"late.log", output_of(3 * window) + "\n" + report, true},
+        // The header cut by the end of the first window.
+        {"cut.log", output_of(window - 1 - header_at - 10) + "\n" + report, true},
+        {"clean.log", output_of(3 * window), false},
+        {"late.xml", output_of(2 * window) + read_file(sample("memcheck_overflow.xml")), false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const fs::path file = tmp / c.name;
+        write_bytes(file, c.text);
+        const auto found = converter.find_importer(basekit2::path_t(file));
+        ASSERT_EQ(c.recognised, found != nullptr);
+        if (!found)
+            continue;
+        size_t problems = 0;
+        const auto result = found->import(basekit2::path_t(file), [&](probstore3::problem_t&&) { ++problems; });
+        EXPECT_TRUE(result.ok) << platkit::strings::wide_to_utf8(result.error);
+        EXPECT_EQ(expected_problems(report), problems);
+    }
 }
 
 } // namespace

@@ -46,6 +46,12 @@ public:
     virtual std::wstring extension() const = 0;
     // Whether this importer understands the content (the first bytes of a file).
     virtual bool can_import(const std::string& head) const = 0;
+    // Whether what can_import looks for may come after any amount of other
+    // text (a report in a program's log), so that a file is recognised by a
+    // later stretch of it too. Off by default: a format with a header at the
+    // start must not be recognised by something that only looks like it
+    // further in.
+    virtual bool may_start_later() const { return false; }
     // Reads the file and hands each complete problem to sink, in file order.
     virtual import_report_t import(const basekit2::path_t& file, const problem_sink_t& sink) const = 0;
 
@@ -91,12 +97,17 @@ public:
     std::vector<std::wstring> get_supported_extensions() const;
 
     // The importer for a file: among those with its extension, the first whose
-    // can_import accepts the file's first bytes. Null when none does.
+    // can_import accepts the file's first bytes; failing that, the first of
+    // those that may_start_later to accept a later stretch (read in windows
+    // of head_size). Null when none does.
     std::shared_ptr<const result_importer_t> find_importer(const basekit2::path_t& file) const;
     std::vector<std::shared_ptr<const result_importer_t>> importers() const;
 
     // How many leading bytes of a file find_importer shows to can_import.
     static constexpr std::size_t head_size = 64 * 1024;
+    // How much of one window is looked at again with the next: more than a
+    // report header line.
+    static constexpr std::size_t window_overlap = 4 * 1024;
 
     // Adds an importer to the process-wide registry.
     static void register_importer(std::shared_ptr<const result_importer_t> importer);

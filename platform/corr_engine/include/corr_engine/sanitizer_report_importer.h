@@ -30,6 +30,9 @@ public:
     // A report header among the first bytes: "ERROR: AddressSanitizer:",
     // "WARNING: ThreadSanitizer:", "...: runtime error: ", ...
     bool can_import(const std::string& head) const override;
+    // Sanitizers write into the program's own output: the first report may
+    // come after any amount of it.
+    bool may_start_later() const override { return true; }
     import_report_t import_stream(std::istream& in, const std::wstring& name,
                                   const import_context_t& context,
                                   const problem_sink_t& sink) const override;
