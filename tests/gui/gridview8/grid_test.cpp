@@ -374,6 +374,33 @@ TEST_F(grid_window, KeyboardMovesAndExtendsAMultipleSelection)
     EXPECT_GE(changes, 4);
 }
 
+TEST_F(grid_window, ControlClickTogglesRowsAndShiftClickSelectsFromTheAnchor)
+{
+    model.fill(30);
+    model.combo_column = -1;
+    install();
+    grid->SetSelectionMode(gridview8::CGrid::smMulti);
+    auto selected = [&](std::vector<int> rows) {
+        return corr_test::wait_until([&] { return grid->GetSelectedRows() == rows; });
+    };
+
+    click(cell_centre(2, 0));
+    ASSERT_TRUE(selected({2}));
+    wxUIActionSimulator sim;
+    sim.KeyDown(WXK_CONTROL);
+    click(cell_centre(5, 0));
+    EXPECT_TRUE(selected({2, 5}));
+    click(cell_centre(2, 0)); // off again, and the anchor of a range
+    EXPECT_TRUE(selected({5}));
+    sim.KeyUp(WXK_CONTROL);
+    sim.KeyDown(WXK_SHIFT);
+    click(cell_centre(6, 0));
+    EXPECT_TRUE(selected({2, 3, 4, 5, 6}));
+    sim.KeyUp(WXK_SHIFT);
+    click(cell_centre(9, 0));
+    EXPECT_TRUE(selected({9})) << "a plain click selects only its row";
+}
+
 TEST_F(grid_window, GroupsMakeTwoHeaderRowsAndResizingFollowsTheWeights)
 {
     model.fill(10);
