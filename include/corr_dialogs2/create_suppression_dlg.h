@@ -6,7 +6,7 @@
 // file of the result or types a new name, chooses per rule and aspect
 // between the concrete value and any value, edits stacks, and on OK the rule
 // set is added to the file and the file saved.
-#include "corr_dialogs2/combo_aspect_model.h"
+#include "corr_dialogs2/rule_combo_models.h"
 #include "corr_dialogs2/export.h"
 #include "corr_dialogs2/supp_helpers.h"
 #include "corr_dialogs2/supp_name_validation.h"

@@ -5,7 +5,7 @@
 // (stack_dlg_t).
 #include "corr_dialogs2/export.h"
 #include "corr_dialogs2/stack_combo_grid_model.h"
-#include "corr_dialogs2/aspect_grid_model.h"
+#include "corr_dialogs2/rule_grid_models.h"
 #include "corr_dialogs2/supp_helpers.h"
 
 #include "shareddlg3/dialog_base.h"

@@ -3,8 +3,8 @@
 #include "../../unit/grid_models/model_data.h"
 #include "../gridview8/grid_fixture.h"
 
-#include "corr_dialogs2/aspect_grid_model.h"
-#include "corr_dialogs2/combo_aspect_model.h"
+#include "corr_dialogs2/rule_grid_models.h"
+#include "corr_dialogs2/rule_combo_models.h"
 #include "corr_dialogs2/stack_combo_grid_model.h"
 #include "corr_dialogs2/suppression_grid_model.h"
 

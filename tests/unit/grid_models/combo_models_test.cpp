@@ -2,7 +2,7 @@
 // written into the very rule the dialog holds, and nothing else changed.
 #include "model_data.h"
 
-#include "corr_dialogs2/combo_aspect_model.h"
+#include "corr_dialogs2/rule_combo_models.h"
 #include "corr_dialogs2/stack_combo_grid_model.h"
 
 #include <gtest/gtest.h>

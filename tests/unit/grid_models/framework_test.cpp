@@ -2,8 +2,8 @@
 // found by geometry alone (no window).
 #include "model_data.h"
 
-#include "corr_dialogs2/aspect_grid_model.h"
-#include "corr_dialogs2/combo_aspect_model.h"
+#include "corr_dialogs2/rule_grid_models.h"
+#include "corr_dialogs2/rule_combo_models.h"
 #include "corr_dialogs2/stack_combo_grid_model.h"
 #include "corr_dialogs2/suppression_grid_model.h"
 

@@ -2,7 +2,7 @@
 // suppression files made of recorded problems.
 #include "model_data.h"
 
-#include "corr_dialogs2/aspect_grid_model.h"
+#include "corr_dialogs2/rule_grid_models.h"
 #include "corr_dialogs2/suppression_grid_model.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "corr_dialogs2/combo_aspect_model.h"
+#include "corr_dialogs2/rule_combo_models.h"
 
 #include "corr_dialogs2/ui_utils.h"
 #include "grid_text.h"
