@@ -1,5 +1,7 @@
 #include "editor_command.h"
 
+#include "fs_text.h"
+
 #include "basekit2/config.h"
 #include "basekit2/path.h"
 #include "platkit/strings/convert.h"
@@ -30,7 +32,7 @@ bool has_word(const std::vector<std::wstring>& words, std::initializer_list<cons
 
 std::wstring program_name(const std::wstring& program)
 {
-    return fs::path(program).filename().wstring();
+    return to_text(to_fs(program).filename());
 }
 
 // How an editor takes a file and a line.
@@ -46,15 +48,14 @@ struct editor_kind_t
 editor_kind_t classify(const std::vector<std::wstring>& words)
 {
     const std::wstring name = program_name(words.front());
-    if (one_of(name, {L"vi", L"vim", L"vim.basic", L"vim.tiny", L"nvim", L"nano", L"pico",
-                      L"micro", L"kak", L"joe", L"jed", L"ne", L"mg", L"vis", L"mcedit",
-                      L"editor", L"sensible-editor"}))
+    if (one_of(name, {L"vi", L"vim", L"vim.basic", L"vim.tiny", L"nvim", L"nano", L"pico", L"micro",
+                      L"kak", L"joe", L"jed", L"ne", L"mg", L"vis", L"mcedit", L"editor",
+                      L"sensible-editor"}))
         return {true, true, syntax_t::plus_line};
     if (one_of(name, {L"hx", L"helix"}))
         return {true, true, syntax_t::file_colon_line};
     if (name == L"emacs")
-        return {true, has_word(words, {L"-nw", L"--no-window-system", L"-t"}),
-                syntax_t::plus_line};
+        return {true, has_word(words, {L"-nw", L"--no-window-system", L"-t"}), syntax_t::plus_line};
     if (name == L"emacsclient")
         return {true, has_word(words, {L"-t", L"-nw", L"--tty"}), syntax_t::plus_line};
     if (one_of(name, {L"code", L"code-insiders", L"codium", L"code-oss", L"vscodium"}))
@@ -195,14 +196,14 @@ editor_environment_t editor_environment_t::system()
                    (status.permissions() & (fs::perms::owner_exec | fs::perms::group_exec |
                                             fs::perms::others_exec)) != fs::perms::none;
         };
-        const fs::path given = basekit2::path_t(program).fs();
+        const fs::path given = to_fs(program);
         if (program.find(L'/') != std::wstring::npos)
             return runnable(given) ? given : fs::path();
         const std::wstring path = variable("PATH");
         for (size_t start = 0; start <= path.size();) {
             const size_t end = std::min(path.find(L':', start), path.size());
             const std::wstring dir = path.substr(start, end - start);
-            const fs::path candidate = basekit2::path_t(dir.empty() ? L"." : dir).fs() / given;
+            const fs::path candidate = to_fs(dir.empty() ? L"." : dir) / given;
             if (runnable(candidate))
                 return candidate;
             start = end + 1;
@@ -216,7 +217,7 @@ editor_command_t build_editor_command(const editor_settings_t& settings,
                                       const editor_environment_t& env, const fs::path& file,
                                       long line)
 {
-    const std::wstring file_text = basekit2::path_t(file).str();
+    const std::wstring file_text = to_text(file);
     const std::wstring line_text = std::to_wstring(line > 0 ? line : 1);
     editor_command_t command;
     std::vector<std::wstring> words = split_command_line(settings.command);
@@ -276,9 +277,9 @@ editor_settings_t read_editor_settings()
 {
     basekit2::advanced_xml_config_t user;
     basekit2::advanced_xml_config_t product;
-    const bool have_user =
-        user.load(basekit2::config_manager_t::get_user_config(config_section));
-    const basekit2::path_t defaults = basekit2::config_manager_t::get_default_config(config_section);
+    const bool have_user = user.load(basekit2::config_manager_t::get_user_config(config_section));
+    const basekit2::path_t defaults =
+        basekit2::config_manager_t::get_default_config(config_section);
     const bool have_product = !defaults.empty() && product.load(defaults);
     auto value = [&](const wchar_t* key) {
         if (have_user && user.has(key))

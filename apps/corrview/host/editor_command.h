@@ -22,9 +22,9 @@ namespace corrview {
 
 struct editor_settings_t
 {
-    std::wstring command;      // "" : from the environment
+    std::wstring command; // "" : from the environment
     bool command_in_terminal = false;
-    std::wstring terminal;     // "" : $TERMINAL or a terminal on PATH
+    std::wstring terminal; // "" : $TERMINAL or a terminal on PATH
 };
 
 // What the command builder may ask of the system; tests give their own.

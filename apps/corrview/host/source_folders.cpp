@@ -1,5 +1,7 @@
 #include "source_folders.h"
 
+#include "fs_text.h"
+
 #include "basekit2/config.h"
 #include "corr_engine/engine.h"
 #include "settings2/property_storage.h"
@@ -14,9 +16,18 @@ namespace {
 // One property per project; its values are "folder<N>" in the order added.
 const std::wstring folder_prefix = L"folder";
 
+// "a/b/./" and "a/b" are one folder.
+fs::path normal_folder(const fs::path& folder)
+{
+    fs::path normal = folder.lexically_normal();
+    if (!normal.has_filename() && normal.has_relative_path())
+        normal = normal.parent_path();
+    return normal;
+}
+
 std::wstring key_of(const fs::path& project)
 {
-    return basekit2::path_t(project.lexically_normal()).str();
+    return to_text(normal_folder(project));
 }
 
 // The number of a "folder<N>" value, -1 for any other name.
@@ -39,7 +50,7 @@ std::vector<fs::path> folders_in(const basekit2::variant_bag_t& bag)
     std::vector<std::pair<long, fs::path>> numbered;
     for (const auto& [name, value] : bag.values())
         if (const long n = folder_number(name); n >= 0 && !value.as_wstring().empty())
-            numbered.emplace_back(n, basekit2::path_t(value.as_wstring()).fs());
+            numbered.emplace_back(n, to_fs(value.as_wstring()));
     std::sort(numbered.begin(), numbered.end(),
               [](const auto& a, const auto& b) { return a.first < b.first; });
     std::vector<fs::path> folders;
@@ -78,18 +89,18 @@ bool source_folders_t::add(const fs::path& project, const fs::path& folder)
     }
     basekit2::variant_bag_t bag;
     storage.get(key_of(project), bag);
-    const fs::path normal = folder.lexically_normal();
+    const fs::path normal = normal_folder(folder);
     long next = 0;
     for (const auto& [name, value] : bag.values()) {
         if (const long n = folder_number(name); n >= 0) {
-            if (basekit2::path_t(value.as_wstring()).fs() == normal) {
+            if (to_fs(value.as_wstring()) == normal) {
                 m_error.clear();
                 return true;
             }
             next = std::max(next, n + 1);
         }
     }
-    bag.put(folder_prefix + std::to_wstring(next), basekit2::path_t(normal).str());
+    bag.put(folder_prefix + std::to_wstring(next), to_text(normal));
     if (!storage.put(key_of(project), bag)) {
         m_error = storage.last_error();
         return false;
@@ -102,7 +113,7 @@ fs::path project_of(corr_engine::engine_t& engine)
 {
     const basekit2::path_t marker = engine.get_marker_file();
     const basekit2::path_t project = engine.get_suppressions_manager().get_project_storage(marker);
-    return (project.empty() ? engine.get_result_dir() : project).fs();
+    return to_fs(project.empty() ? engine.get_result_dir() : project);
 }
 
 } // namespace corrview

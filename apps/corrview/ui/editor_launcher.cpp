@@ -3,6 +3,7 @@
 #include "dialog_services.h"
 
 #include "../host/editor_command.h"
+#include "../host/fs_text.h"
 
 #include "basekit2/path.h"
 #include "corr_dialogs2/ui_utils.h"
@@ -19,9 +20,9 @@ using platkit::generic::varg_list;
 
 bool launch_editor(wxWindow* parent, const std::filesystem::path& file, long line)
 {
-    const editor_command_t command = build_editor_command(
-        read_editor_settings(), editor_environment_t::system(), file, line);
-    const std::wstring file_text = basekit2::path_t(file).str();
+    const editor_command_t command =
+        build_editor_command(read_editor_settings(), editor_environment_t::system(), file, line);
+    const std::wstring file_text = to_text(file);
     const wchar_t* problem = nullptr;
     switch (command.problem) {
     case editor_command_t::not_found:
@@ -59,11 +60,11 @@ bool launch_editor(wxWindow* parent, const std::filesystem::path& file, long lin
     const std::wstring source = command.source == L"VISUAL" || command.source == L"EDITOR"
                                     ? L"$" + command.source
                                     : translate(L"corrview.editor.source.command");
-    show_error(parent, translate(L"corrview.editor.error.title"),
-               translate(problem, varg_list()
-                                      .add(L"program", program)
-                                      .add(L"source", source)
-                                      .add(L"file", file_text)));
+    show_error(
+        parent, translate(L"corrview.editor.error.title"),
+        translate(
+            problem,
+            varg_list().add(L"program", program).add(L"source", source).add(L"file", file_text)));
     return false;
 }
 

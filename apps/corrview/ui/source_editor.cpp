@@ -2,6 +2,8 @@
 
 #include "source_pane.h"
 
+#include "../host/fs_text.h"
+
 #include "basekit2/path.h"
 #include "eil1/callbacks.h"
 
@@ -62,7 +64,7 @@ bool source_editor_t::ShowHelp(const wchar_t*)
 
 const wchar_t* source_editor_t::GetCaption()
 {
-    m_caption = m_pane.file().filename().wstring();
+    m_caption = to_text(m_pane.file().filename());
     return m_caption.c_str();
 }
 
@@ -86,7 +88,7 @@ void source_editor_t::SetWindowCallback(eil1::IWindowCallBack* callback)
 
 const wchar_t* source_editor_t::GetFilePath()
 {
-    m_path = basekit2::path_t(m_pane.file()).str();
+    m_path = to_text(m_pane.file());
     return m_path.c_str();
 }
 

@@ -2,6 +2,7 @@
 
 #include "editor_launcher.h"
 
+#include "../host/fs_text.h"
 #include "../host/source_text.h"
 
 #include "corr_dialogs2/ui_utils.h"
@@ -51,7 +52,7 @@ bool is_c_or_cpp(const fs::path& file)
 
 std::wstring shown_name(const fs::path& file)
 {
-    return basekit2::path_t(file).str();
+    return to_text(file);
 }
 
 } // namespace
@@ -60,9 +61,9 @@ source_pane_t::source_pane_t(wxWindow* parent, source_folders_t folders)
     : wxPanel(parent), m_folders(std::move(folders))
 {
     auto* top = new wxBoxSizer(wxHORIZONTAL);
-    m_caption = new wxStaticText(this, wxID_ANY, translate(L"corrview.source.none"),
-                                 wxDefaultPosition, wxDefaultSize,
-                                 wxST_ELLIPSIZE_START | wxST_NO_AUTORESIZE);
+    m_caption =
+        new wxStaticText(this, wxID_ANY, translate(L"corrview.source.none"), wxDefaultPosition,
+                         wxDefaultSize, wxST_ELLIPSIZE_START | wxST_NO_AUTORESIZE);
     m_open = new wxButton(this, wxID_ANY, translate(L"corrview.source.open_in_editor"));
     m_open->SetToolTip(translate(L"corrview.source.open_in_editor.tip"));
     top->Add(m_caption, 1, wxALIGN_CENTER_VERTICAL | wxLEFT | wxRIGHT, FromDIP(4));
@@ -111,8 +112,8 @@ void source_pane_t::build_text()
     t.StyleClearAll();
     t.SetLexer(wxSTC_LEX_CPP);
     t.SetKeyWords(0, cpp_keywords);
-    const wxColour comment(0, 128, 0), keyword(0, 0, 192), text(163, 21, 21),
-        number(9, 134, 88), preprocessor(128, 64, 0);
+    const wxColour comment(0, 128, 0), keyword(0, 0, 192), text(163, 21, 21), number(9, 134, 88),
+        preprocessor(128, 64, 0);
     for (int style : {wxSTC_C_COMMENT, wxSTC_C_COMMENTLINE, wxSTC_C_COMMENTDOC,
                       wxSTC_C_COMMENTLINEDOC, wxSTC_C_COMMENTDOCKEYWORD})
         t.StyleSetForeground(style, comment);
@@ -144,7 +145,7 @@ void source_pane_t::set_result(corr_engine::engine_t* engine)
     m_project.clear();
     if (engine && engine->has_result()) {
         for (const auto& dir : engine->get_source_dirs())
-            result_folders.push_back(dir.fs());
+            result_folders.push_back(to_fs(dir));
         m_project = project_of(*engine);
     }
     m_locator.set_result_folders(std::move(result_folders));
@@ -217,10 +218,11 @@ bool source_pane_t::show_file(const fs::path& file, long line)
             reason = L"corrview.source.not_a_file";
         else if (source.problem == source_text_t::too_large)
             reason = L"corrview.source.too_large";
-        show_message(translate(reason, varg_list()
-                                           .add(L"file", shown_name(file))
-                                           .add(L"megabytes", source.size >> 20)),
-                     false);
+        show_message(
+            translate(
+                reason,
+                varg_list().add(L"file", shown_name(file)).add(L"megabytes", source.size >> 20)),
+            false);
         set_file({}, 0);
         return false;
     }
@@ -238,7 +240,8 @@ bool source_pane_t::show_file(const fs::path& file, long line)
     mark_line(line);
     set_file(file, line);
     if (source.converted)
-        set_status(translate(L"corrview.source.not_utf8", varg_list().add(L"file", shown_name(file))));
+        set_status(
+            translate(L"corrview.source.not_utf8", varg_list().add(L"file", shown_name(file))));
     return true;
 }
 
@@ -263,7 +266,8 @@ void source_pane_t::mark_line(long line)
 void source_pane_t::show_message(const std::wstring& text, bool offer_locate)
 {
     m_message->SetLabelText(text);
-    m_message->Wrap(std::max(FromDIP(100), m_message_page->GetClientSize().GetWidth() - FromDIP(16)));
+    m_message->Wrap(
+        std::max(FromDIP(100), m_message_page->GetClientSize().GetWidth() - FromDIP(16)));
     m_locate->Show(offer_locate);
     m_add_folder->Show(offer_locate);
     m_message_page->Layout();
@@ -313,15 +317,15 @@ void source_pane_t::on_locate()
 {
     if (m_recorded.empty())
         return;
-    const std::wstring ext = fs::path(m_recorded).extension().wstring();
+    const std::wstring ext = to_text(fs::path(m_recorded).extension());
     const basekit2::path_t chosen = shareddlg3::file_dlg(
-        this, shareddlg3::file_dlg_mode::open, basekit2::path_t(), ext.empty() ? ext : ext.substr(1),
-        translate(L"corrview.source.locate.filter"),
+        this, shareddlg3::file_dlg_mode::open, basekit2::path_t(),
+        ext.empty() ? ext : ext.substr(1), translate(L"corrview.source.locate.filter"),
         translate(L"corrview.source.locate.caption",
                   varg_list().add(L"file", platkit::strings::utf8_to_wide(m_recorded))));
     if (chosen.empty())
         return;
-    const fs::path folder = folder_for(m_recorded, chosen.fs());
+    const fs::path folder = folder_for(m_recorded, to_fs(chosen));
     const long line = m_recorded_line;
     if (!m_project.empty() && !folder.empty() && !m_folders.add(m_project, folder))
         set_status(translate(L"corrview.source.not_remembered",
@@ -330,7 +334,7 @@ void source_pane_t::on_locate()
     if (!folder.empty() && std::find(folders.begin(), folders.end(), folder) == folders.end())
         folders.push_back(folder);
     m_locator.set_user_folders(std::move(folders));
-    show_file(chosen.fs(), line);
+    show_file(to_fs(chosen), line);
 }
 
 void source_pane_t::on_add_folder()
@@ -339,7 +343,7 @@ void source_pane_t::on_add_folder()
         this, basekit2::path_t(), translate(L"corrview.source.add_folder.caption"));
     if (chosen.empty())
         return;
-    const fs::path folder = chosen.fs();
+    const fs::path folder = to_fs(chosen);
     if (!m_project.empty() && !m_folders.add(m_project, folder))
         set_status(translate(L"corrview.source.not_remembered",
                              varg_list().add(L"reason", m_folders.error())));
@@ -351,8 +355,8 @@ void source_pane_t::on_add_folder()
         return;
     probstore3::frame_t frame;
     frame.source = m_recorded;
-    frame.line = m_recorded_line > 0 ? static_cast<std::uint64_t>(m_recorded_line)
-                                     : probstore3::no_line;
+    frame.line =
+        m_recorded_line > 0 ? static_cast<std::uint64_t>(m_recorded_line) : probstore3::no_line;
     show_frame(frame);
 }
 

@@ -2,6 +2,8 @@
 
 #include "source_pane.h"
 
+#include "../host/fs_text.h"
+
 #include "basekit2/path.h"
 #include "corr_dialogs2/ui_utils.h"
 #include "corr_dialogs2/version.h"
@@ -66,8 +68,7 @@ viewer_ide_env_t::viewer_ide_env_t(wxFrame& frame, source_pane_t& pane)
 {
     m_pane.on_file_changed([this] {
         if (m_callback)
-            m_callback->OnChangeActiveDocumentWindow(&m_editor,
-                                                     basekit2::path_t(m_pane.file()).str().c_str());
+            m_callback->OnChangeActiveDocumentWindow(&m_editor, to_text(m_pane.file()).c_str());
     });
 }
 
@@ -130,12 +131,12 @@ bool viewer_ide_env_t::OpenDocument(const wchar_t* file, long line)
 {
     if (!file || !*file)
         return false;
-    return m_pane.show_file(basekit2::path_t(file).fs(), line);
+    return m_pane.show_file(to_fs(std::wstring(file)), line);
 }
 
 const wchar_t* viewer_ide_env_t::GetActiveEditorFile()
 {
-    m_active_file = basekit2::path_t(m_pane.file()).str();
+    m_active_file = to_text(m_pane.file());
     return m_active_file.c_str();
 }
 
@@ -143,7 +144,7 @@ eil1::INativeEditor* viewer_ide_env_t::GetNativeEditor(const wchar_t* file)
 {
     if (!file || !*file || m_pane.file().empty())
         return nullptr;
-    return basekit2::path_t(file).fs() == m_pane.file() ? &m_editor : nullptr;
+    return to_fs(std::wstring(file)) == m_pane.file() ? &m_editor : nullptr;
 }
 
 } // namespace corrview
