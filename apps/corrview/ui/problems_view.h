@@ -45,6 +45,7 @@ public:
     const problems_model_t& model() const { return m_model; }
     const stack_model_t& stack_model() const { return m_stack_model; }
     uiframe7::CBaseControl* grid_control() const { return m_grid_control; }
+    uiframe7::CBaseControl* stack_grid_control() const { return m_stack_control; }
 
 private:
     void on_current_row(int row);
