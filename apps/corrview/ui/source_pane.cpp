@@ -112,6 +112,10 @@ void source_pane_t::build_text()
     t.StyleClearAll();
     t.SetLexer(wxSTC_LEX_CPP);
     t.SetKeyWords(0, cpp_keywords);
+    // Colouring only: no greying of #if branches, which costs a pass that
+    // keeps every macro of a large file.
+    t.SetProperty("lexer.cpp.track.preprocessor", "0");
+    t.SetProperty("lexer.cpp.update.preprocessor", "0");
     const wxColour comment(0, 128, 0), keyword(0, 0, 192), text(163, 21, 21), number(9, 134, 88),
         preprocessor(128, 64, 0);
     for (int style : {wxSTC_C_COMMENT, wxSTC_C_COMMENTLINE, wxSTC_C_COMMENTDOC,
@@ -136,6 +140,9 @@ void source_pane_t::build_text()
     t.MarkerDefine(marker_line, wxSTC_MARK_BACKGROUND, wxNullColour, wxColour(255, 240, 170));
     t.SetWrapMode(wxSTC_WRAP_NONE);
     t.SetUndoCollection(false);
+    // No modification events: the text only changes as a whole, and sending
+    // them makes loading a large file several times slower.
+    t.SetModEventMask(0);
     t.SetReadOnly(true);
 }
 
