@@ -1,5 +1,6 @@
 #include "viewer_ide_env.h"
 
+#include "dialog_services.h"
 #include "source_pane.h"
 
 #include "../host/fs_text.h"
@@ -75,6 +76,14 @@ viewer_ide_env_t::viewer_ide_env_t(wxFrame& frame, source_pane_t& pane)
 viewer_ide_env_t::~viewer_ide_env_t()
 {
     m_pane.on_file_changed(nullptr);
+    if (m_bridge)
+        corrview::set_message_bridge(nullptr);
+}
+
+void viewer_ide_env_t::set_message_bridge(eil1::IMessageBridge* bridge)
+{
+    m_bridge = bridge;
+    corrview::set_message_bridge(bridge);
 }
 
 eil1::IDE_Info* viewer_ide_env_t::GetIdeInfo()

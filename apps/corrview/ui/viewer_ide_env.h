@@ -43,8 +43,9 @@ public:
     // The source pane's editor when it shows that file; null otherwise.
     eil1::INativeEditor* GetNativeEditor(const wchar_t* file) override;
 
-    // The IDE's bridge that the viewer's messages go through (null: none).
-    void set_message_bridge(eil1::IMessageBridge* bridge) { m_bridge = bridge; }
+    // Attaches the bridge of the IDE the viewer runs under: the viewer's
+    // message boxes go to the IDE from now on (null: shown by the viewer).
+    void set_message_bridge(eil1::IMessageBridge* bridge);
     source_editor_t& editor() { return m_editor; }
 
 private:

@@ -15,7 +15,9 @@
 #include "ui/source_pane.h"
 #include "ui/viewer_ide_env.h"
 
+#include "corr_dialogs2/version.h"
 #include "eil1/callbacks.h"
+#include "eil1/message_bridge.h"
 
 #include <wx/button.h>
 #include <wx/frame.h>
@@ -368,6 +370,69 @@ TEST_F(source_pane_test, AnEditorThatCannotRunIsNamed)
     EXPECT_TRUE(modal.all_met());
     EXPECT_NE(text.find(corrview::to_text(m_tmp / "no such editor")), std::wstring::npos) << text;
     EXPECT_NE(text.find(L"$VISUAL"), std::wstring::npos) << text;
+}
+
+// An IDE's bridge that keeps what it is given, or refuses it.
+struct recording_bridge : eil1::IMessageBridge
+{
+    bool ShowMessage(Severity severity, const wchar_t* title, const wchar_t* text) override
+    {
+        messages.push_back({severity, title, text});
+        return accept;
+    }
+    void ShowStatus(const wchar_t*) override {}
+    eil1::IMessageBridgeEx* GetExtension() override { return nullptr; }
+
+    struct message_t
+    {
+        Severity severity;
+        std::wstring title, text;
+    };
+    std::vector<message_t> messages;
+    bool accept = true;
+};
+
+TEST_F(source_pane_test, UnderAnIdeTheViewersMessagesGoToItsBridge)
+{
+    open(true);
+    auto& env = m_frame->ide_env();
+    EXPECT_EQ(env.GetMessageBridge(), nullptr);
+    recording_bridge bridge;
+    env.set_message_bridge(&bridge);
+    EXPECT_EQ(env.GetMessageBridge(), &bridge);
+
+    // No message box: the IDE shows the error (a box would fail the test).
+    EXPECT_FALSE(m_frame->open_result(corrview::to_path(m_tmp / "no result here")));
+    ASSERT_EQ(bridge.messages.size(), 1u);
+    EXPECT_EQ(bridge.messages[0].severity, eil1::IMessageBridge::Severity::Error);
+    EXPECT_EQ(bridge.messages[0].title, L"Cannot Open the Result");
+    EXPECT_NE(bridge.messages[0].text.find(L"no result here"), std::wstring::npos);
+
+    // A bridge that cannot show it now: the viewer shows it itself.
+    bridge.accept = false;
+    corr_test::modal_expectations modal;
+    modal.expect<wxMessageDialog>(wxID_OK);
+    EXPECT_FALSE(m_frame->open_result(corrview::to_path(m_tmp / "no result here")));
+    EXPECT_TRUE(modal.all_met());
+    EXPECT_EQ(bridge.messages.size(), 2u);
+
+    env.set_message_bridge(nullptr);
+    modal.expect<wxMessageDialog>(wxID_OK);
+    EXPECT_FALSE(m_frame->open_result(corrview::to_path(m_tmp / "no result here")));
+    EXPECT_TRUE(modal.all_met());
+    EXPECT_EQ(bridge.messages.size(), 2u);
+
+    // The rest of what the environment says about the viewer.
+    eil1::IDE_Info::IdeVersion version;
+    ASSERT_TRUE(env.GetIdeInfo()->GetIdeVersion(&version));
+    EXPECT_EQ(std::to_string(version.major_version) + "." + std::to_string(version.minor_version) +
+                  ".",
+              std::string(corr_dialogs2::library_version()).substr(0, 4));
+    EXPECT_EQ(std::wstring(env.GetIdeInfo()->GetIdeName()), L"Correctness Analyzer Viewer");
+    env.GetStatusBar()->SetText(L"from the front end");
+    EXPECT_EQ(m_frame->GetStatusBar()->GetStatusText(), L"from the front end");
+    EXPECT_EQ(std::wstring(env.GetStatusBar()->GetText()), L"from the front end");
+    EXPECT_EQ(env.GetMainWindow(), static_cast<wxWindow*>(m_frame));
 }
 
 } // namespace
