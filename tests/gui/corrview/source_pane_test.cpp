@@ -20,6 +20,7 @@
 #include "eil1/message_bridge.h"
 
 #include <wx/button.h>
+#include <wx/clipbrd.h>
 #include <wx/frame.h>
 #include <wx/image.h>
 #include <wx/msgdlg.h>
@@ -249,6 +250,15 @@ TEST_F(source_pane_test, ClickingAFrameShowsItsSourceAtTheLine)
     EXPECT_EQ(span.start_column, 1);
     EXPECT_EQ(span.end_line, 33);
     EXPECT_EQ(span.end_column, length + 1);
+    // The selection went to the X primary selection; give it up again, as
+    // another program taking it would (the toolkit frees its copy then).
+    if (wxTheClipboard->Open()) {
+        wxTheClipboard->UsePrimarySelection(true);
+        wxTheClipboard->Clear();
+        wxTheClipboard->UsePrimarySelection(false);
+        wxTheClipboard->Close();
+    }
+    corr_test::pump_events(50);
 
     // Another problem in another file: the front end hears of it.
     show_problem(1); // memcheck's invalid write in fill(), mem_overflow.c
