@@ -12,13 +12,13 @@
 
 #include <wx/button.h>
 #include <wx/frame.h>
-#include <wx/settings.h>
 #include <wx/simplebook.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 #include <wx/stc/stc.h>
 
 #include <algorithm>
+#include <cctype>
 
 namespace corrview {
 namespace fs = std::filesystem;
