@@ -1,6 +1,8 @@
 #include "locations.h"
 
 #include "import_job.h"
+
+#include "corr_engine/result_manifest.h"
 #include "platkit/strings/convert.h"
 
 #include <filesystem>
@@ -37,7 +39,25 @@ product_paths_t find_product_paths(const basekit2::path_t& exe_dir)
         installed_resources ? installed : basekit2::path_t::from_utf8(CORRVIEW_BUILD_RESOURCE_DIR);
     paths.default_config_dir = installed_or(L"config", CORRVIEW_SOURCE_CONFIG_DIR);
     paths.sample_result = installed_or(L"samples/result", CORRVIEW_SOURCE_SAMPLE_RESULT);
+    paths.sample_sources = installed_or(L"samples/src", CORRVIEW_SOURCE_SAMPLE_SOURCES);
     return paths;
+}
+
+bool attach_sample_sources(const basekit2::path_t& copy, const basekit2::path_t& sources,
+                           std::wstring& error)
+{
+    const auto markers = basekit2::find_files(copy, L"*.corr");
+    if (markers.size() != 1) {
+        error = copy.str() + L": the sample result has no marker file";
+        return false;
+    }
+    corr_engine::result_manifest_t manifest;
+    if (!manifest.read(markers.front(), error))
+        return false;
+    if (!manifest.source_dirs.empty() || sources.empty() || !sources.is_directory())
+        return true;
+    manifest.source_dirs.push_back(sources);
+    return manifest.write(markers.front(), error);
 }
 
 basekit2::path_t default_sample_copy_dir()

@@ -28,7 +28,7 @@ bool corrview_app_t::OnInit()
     if (result.empty()) {
         std::wstring error;
         result = prepare_sample_copy(paths.sample_result, default_sample_copy_dir(), error);
-        if (result.empty())
+        if (result.empty() || !attach_sample_sources(result, paths.sample_sources, error))
             std::cerr << "corrview: " << platkit::strings::wide_to_utf8(error) << "\n";
     }
     if (!result.empty() && !m_frame->open_result(result) && !m_options.screenshot.empty())

@@ -3,7 +3,9 @@
 #include "dialog_services.h"
 #include "import_progress_dlg.h"
 #include "problems_view.h"
+#include "source_pane.h"
 #include "suppressions_view.h"
+#include "viewer_ide_env.h"
 
 #include "../host/import_job.h"
 
@@ -19,6 +21,7 @@
 #include <wx/menu.h>
 #include <wx/notebook.h>
 #include <wx/sizer.h>
+#include <wx/splitter.h>
 
 namespace corrview {
 
@@ -42,25 +45,46 @@ std::wstring join_lines(const std::vector<std::wstring>& lines, size_t most = 10
 
 main_frame_t::main_frame_t()
     : wxFrame(nullptr, wxID_ANY, translate(L"corrview.title.empty"), wxDefaultPosition,
-              wxSize(1200, 800))
+              wxSize(1400, 850))
 {
     build_menus();
     CreateStatusBar();
-    m_notebook = new wxNotebook(this, wxID_ANY);
+    // The views on the left, the source of the selected frame on the right.
+    m_splitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                                      wxSP_LIVE_UPDATE | wxSP_3DSASH);
+    m_splitter->SetMinimumPaneSize(120);
+    m_notebook = new wxNotebook(m_splitter, wxID_ANY);
     m_problems = new problems_view_t(m_notebook, m_session);
     m_suppressions = new suppressions_view_t(m_notebook, m_session);
     m_notebook->AddPage(m_problems, translate(L"corrview.tab.problems"), true);
     m_notebook->AddPage(m_suppressions, translate(L"corrview.tab.suppressions"));
     m_suppressions->on_view_stack(
         [this](const corr_dialogs2::rule_ptr& rule) { view_stack(rule); });
+    m_source = new source_pane_t(m_splitter);
+    m_splitter->SplitVertically(m_notebook, m_source, -FromDIP(560));
+    m_splitter->SetSashGravity(0.6);
+    m_ide = std::make_unique<viewer_ide_env_t>(*this, *m_source);
+    m_problems->on_frame_selected([this](const probstore3::frame_t* frame) {
+        if (frame)
+            m_source->show_frame(*frame);
+        else
+            m_source->clear();
+    });
+    m_problems->on_frame_activated(
+        [this](const probstore3::frame_t* frame) { m_source->open_in_editor(*frame); });
     auto* sizer = new wxBoxSizer(wxVERTICAL);
-    sizer->Add(m_notebook, 1, wxEXPAND);
+    sizer->Add(m_splitter, 1, wxEXPAND);
     SetSizer(sizer);
     update_title_and_status();
     update_actions();
 }
 
-main_frame_t::~main_frame_t() = default;
+main_frame_t::~main_frame_t()
+{
+    // The problems view may outlive the source pane while the windows go.
+    m_problems->on_frame_selected(nullptr);
+    m_problems->on_frame_activated(nullptr);
+}
 
 void main_frame_t::build_menus()
 {
@@ -131,6 +155,7 @@ bool main_frame_t::open_result(const basekit2::path_t& where)
 
 void main_frame_t::show_session()
 {
+    m_source->set_result(m_session.engine().get());
     m_problems->refresh();
     m_suppressions->refresh();
     if (!m_session.problems().empty())

@@ -12,11 +12,14 @@
 #include <vector>
 
 class wxNotebook;
+class wxSplitterWindow;
 
 namespace corrview {
 
 class problems_view_t;
+class source_pane_t;
 class suppressions_view_t;
+class viewer_ide_env_t;
 class import_progress_dlg_t;
 class import_job_t;
 
@@ -72,6 +75,9 @@ public:
     problems_view_t* problems_view() const { return m_problems; }
     suppressions_view_t* suppressions_view() const { return m_suppressions; }
     wxNotebook* notebook() const { return m_notebook; }
+    source_pane_t* source_pane() const { return m_source; }
+    // The viewer as an IDE environment, over the source pane.
+    viewer_ide_env_t& ide_env() { return *m_ide; }
 
     // Reads the suppression files again and shows what they now suppress.
     void reload_suppressions();
@@ -84,7 +90,10 @@ private:
     void import_finished(import_job_t& job);
 
     result_session_t m_session;
+    wxSplitterWindow* m_splitter = nullptr;
     wxNotebook* m_notebook = nullptr;
+    source_pane_t* m_source = nullptr;
+    std::unique_ptr<viewer_ide_env_t> m_ide;
     problems_view_t* m_problems = nullptr;
     suppressions_view_t* m_suppressions = nullptr;
     import_progress_dlg_t* m_import_dlg = nullptr;

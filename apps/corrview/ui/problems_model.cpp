@@ -140,6 +140,28 @@ void stack_model_t::show_problem(int problem_index)
     }
 }
 
+const probstore3::frame_t* stack_model_t::frame_at(int row) const
+{
+    const auto* p = problem();
+    if (!p || row < 0 || static_cast<size_t>(row) >= m_rows.size())
+        return nullptr;
+    const row_t& r = m_rows[static_cast<size_t>(row)];
+    if (r.frame < 0)
+        return nullptr;
+    return &p->stacks[static_cast<size_t>(r.stack)].frames[static_cast<size_t>(r.frame)];
+}
+
+int stack_model_t::best_frame_row() const
+{
+    const auto* p = problem();
+    if (!p)
+        return -1;
+    for (size_t row = 0; row < m_rows.size(); ++row)
+        if (m_rows[row].stack == 0 && m_rows[row].frame == p->best_level)
+            return static_cast<int>(row);
+    return -1;
+}
+
 std::wstring stack_model_t::GetColumnCaption(int col) const
 {
     if (col == col_level)

@@ -53,6 +53,10 @@ public:
     // Shows the stacks of a problem; -1 shows nothing.
     void show_problem(int problem);
     int shown_problem() const { return m_problem; }
+    // The frame shown in a row; null for a caption row or a row out of range.
+    const probstore3::frame_t* frame_at(int row) const;
+    // The row of the problem's best frame; -1 when it has none.
+    int best_frame_row() const;
 
     int GetRowCount() const override { return static_cast<int>(m_rows.size()); }
     int GetColumnCount() const override { return col_count; }

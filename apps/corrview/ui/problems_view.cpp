@@ -50,6 +50,14 @@ problems_view_t::problems_view_t(wxWindow* parent, const result_session_t& sessi
     m_stack_grid->SetDrawingModel(&m_stack_model);
     m_stack_grid->SetResizingModel(&m_stack_resizing);
     m_stack_grid->SetTooltipModel(&m_tooltips);
+    m_stack_grid->CurrentRowChanged().connect([this](int row) {
+        if (!m_moving_to_problem)
+            frame_selected(row);
+    });
+    m_stack_grid->CellActivated().connect([this](int row, int) {
+        if (const auto* frame = m_stack_model.frame_at(row); frame && m_frame_activated)
+            m_frame_activated(frame);
+    });
 
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(m_splitter, 1, wxEXPAND);
@@ -113,7 +121,25 @@ void problems_view_t::on_current_row(int row)
     m_stack_model.show_problem(m_model.problem_at(row));
     m_stack_grid->UpdateRows();
     m_stack_grid->SetStartRow(0);
+    // The best frame becomes current, so its source shows at once; told
+    // once below even when its row number is the previous problem's.
+    m_moving_to_problem = true;
+    const int best = m_stack_model.best_frame_row();
+    m_stack_grid->ClearSelection();
+    m_stack_grid->SetCurrentRow(best);
+    if (best >= 0)
+        m_stack_grid->SelectRow(best, true);
+    m_moving_to_problem = false;
     m_stack_grid->RefreshAll();
+    frame_selected(m_stack_grid->GetCurrentRow());
+}
+
+void problems_view_t::frame_selected(int stack_row)
+{
+    const auto* frame = m_stack_model.frame_at(stack_row);
+    // A stack's caption row leaves the source as it is.
+    if (m_frame_selected && (frame || stack_row < 0))
+        m_frame_selected(frame);
 }
 
 } // namespace corrview

@@ -1,0 +1,2 @@
+/* grüß */
+int main() { return 0; }

@@ -1,0 +1,10 @@
+#include "eil1/commands.h"
+
+#include "special_members.h"
+
+namespace eil1 {
+
+EIL1_DEFINE_SPECIAL_MEMBERS(ICommands);
+EIL1_DEFINE_SPECIAL_MEMBERS(IComboBoxes);
+
+} // namespace eil1

@@ -1,0 +1,10 @@
+#include "eil1/message_bridge.h"
+
+#include "special_members.h"
+
+namespace eil1 {
+
+EIL1_DEFINE_SPECIAL_MEMBERS(IMessageBridge);
+EIL1_DEFINE_SPECIAL_MEMBERS(IMessageBridgeEx);
+
+} // namespace eil1
