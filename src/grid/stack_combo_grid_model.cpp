@@ -211,6 +211,11 @@ uiframe7::CEditControl* editable_stack_grid_model_t::GetEditorInt(int row, int c
     grid_text::value_or_any::fill(*combo, get_stack_item(row, col), is_active(row, col));
     m_edit_row = row;
     m_edit_col = col;
+    const auto stack = get_rule() ? as_stack_item(get_rule()->get_item(sdt_call_stack))
+                                  : shared_pointer<stack_item_t>();
+    m_frame_before_edit.reset();
+    if (stack && static_cast<size_t>(row) < stack->size())
+        m_frame_before_edit = stack->frame(static_cast<size_t>(row));
     return combo;
 }
 
@@ -224,6 +229,23 @@ void editable_stack_grid_model_t::CBOnChoicItem(uiframe7::CComboBox* sender, int
 {
     if (sender && sender == get_combobox())
         write_choice(m_edit_row, m_edit_col, item);
+}
+
+void editable_stack_grid_model_t::CBOnEditEnd(uiframe7::CComboBox* sender, bool keep_value)
+{
+    if (!sender || sender != get_combobox())
+        return;
+    std::optional<callstack_frame_t> before;
+    before.swap(m_frame_before_edit);
+    if (keep_value || !before)
+        return;
+    const auto stack = get_rule() ? as_stack_item(get_rule()->get_item(sdt_call_stack))
+                                  : shared_pointer<stack_item_t>();
+    const auto row = static_cast<size_t>(m_edit_row);
+    if (!stack || m_edit_row < 0 || row >= stack->size() || stack->frame(row) == *before)
+        return;
+    stack->edit_frame(row) = *before;
+    refresh_view(m_edit_row);
 }
 
 void editable_stack_grid_model_t::write_choice(int row, int col, int item)

@@ -289,6 +289,8 @@ TEST_F(model_window, StackComboPicksWriteAtOnceAndOpenEditsAreSaved)
     model.init(control->GetSysWindow()); // a second init replaces the combo box
     EXPECT_EQ(control->GetRootElement()->GetChildren().size(), children + 1);
     const auto stack = rule->get_stack(false);
+    const callstack_frame_t frame_before = as_stack_item(rule->get_item(sdt_call_stack))->frame(0);
+    ASSERT_TRUE(frame_before.source_active && frame_before.line_active);
 
     click(cell_centre(0, 2)); // frame 0, source file
     ASSERT_TRUE(corr_test::wait_until([&] { return grid->IsEditing(); }));
@@ -301,6 +303,8 @@ TEST_F(model_window, StackComboPicksWriteAtOnceAndOpenEditsAreSaved)
     sim.Char(WXK_ESCAPE); // cancelling takes the pick back
     ASSERT_TRUE(corr_test::wait_until([&] { return !grid->IsEditing(); }));
     EXPECT_TRUE(stack->is_frame_field_active(0, sdt_source));
+    // The line went with the source; it comes back with it.
+    EXPECT_EQ(as_stack_item(rule->get_item(sdt_call_stack))->frame(0), frame_before);
 
     // A value chosen but not yet committed reaches the rule through save_editors_data.
     auto* combo = dynamic_cast<uiframe7::CComboBox*>(model.GetEditorInt(0, 0));
