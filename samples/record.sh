@@ -135,10 +135,16 @@ run_stderr "$OUT/memcheck_leaks.txt" \
 run_stderr "$OUT/memcheck_fd_leak.txt" \
     valgrind --tool=memcheck "${MC[@]}" --num-callers=30 --track-fds=yes "$BUILD/res_fd_leak"
 
+# With Valgrind's own suppression text for every error (kept by the importer
+# with the problem; C++ names mangled, leak kinds on their own line).
+vg memcheck "$OUT/memcheck_leaks_gensupp.xml"             "${MC[@]}" --gen-suppressions=all "$BUILD/mem_leaks"
+vg memcheck "$OUT/memcheck_mismatched_delete_gensupp.xml" "${MC[@]}" --gen-suppressions=all "$BUILD/mem_mismatched_delete"
+
 echo "== helgrind"
 vg helgrind "$OUT/helgrind_race_counter.xml"  "$BUILD/thr_race_counter"
 vg helgrind "$OUT/helgrind_lock_order.xml"    "$BUILD/thr_lock_order"
 vg helgrind "$OUT/helgrind_template_race.xml" "$BUILD/thr_template_race"
+vg helgrind "$OUT/helgrind_race_counter_gensupp.xml" --gen-suppressions=all "$BUILD/thr_race_counter"
 
 echo "== drd"
 vg drd "$OUT/drd_race_counter.xml"  "$BUILD/thr_race_counter"

@@ -56,6 +56,8 @@ enum class tag_t : unsigned char {
     allocation_context,
     other_segment_start,
     other_segment_end,
+    suppression,
+    rawtext,
 };
 
 // Called for every element of a file that may be hundreds of MB: a switch on
@@ -108,8 +110,10 @@ tag_t classify(const char* name)
         return std::strcmp(name, "protocolversion") == 0 ? tag_t::protocolversion
                : std::strcmp(name, "protocoltool") == 0  ? tag_t::protocoltool
                                                          : tag_t::other;
+    case 'r':
+        return is("rawtext", tag_t::rawtext);
     case 's':
-        return is("stack", tag_t::stack);
+        return name[1] == 't' ? is("stack", tag_t::stack) : is("suppression", tag_t::suppression);
     case 't':
         return name[1] == 'e' ? is("text", tag_t::text) : is("tool", tag_t::tool);
     case 'v':
@@ -140,7 +144,9 @@ bool accepts(tag_t parent, tag_t child)
         return child == tag_t::kind || child == tag_t::what || child == tag_t::xwhat ||
                child == tag_t::auxwhat || child == tag_t::xauxwhat || child == tag_t::stack ||
                child == tag_t::allocation_context || child == tag_t::other_segment_start ||
-               child == tag_t::other_segment_end;
+               child == tag_t::other_segment_end || child == tag_t::suppression;
+    case tag_t::suppression:
+        return child == tag_t::rawtext;
     case tag_t::xwhat:
         return child == tag_t::text || child == tag_t::leakedbytes ||
                child == tag_t::leakedblocks || child == tag_t::hthreadid;
@@ -184,6 +190,7 @@ bool is_text_leaf(tag_t t)
     case tag_t::dir:
     case tag_t::file:
     case tag_t::line:
+    case tag_t::rawtext:
         return true;
     default:
         return false;
@@ -583,6 +590,9 @@ private:
             break;
         case tag_t::line:
             parse_uint(trimmed(m_text), m_frame.line);
+            break;
+        case tag_t::rawtext:
+            m_problem.native_suppression.assign(trimmed(m_text));
             break;
         default:
             break;

@@ -181,6 +181,41 @@ TEST(ValgrindXmlImport, LeaksCarrySizesAndSkipTheAllocatorForTheBestFrame)
     EXPECT_EQ(got.problems[0].best_frame()->function, "alloc_token");
 }
 
+TEST(ValgrindXmlImport, EachErrorKeepsTheSuppressionValgrindPrintedForIt)
+{
+    // --gen-suppressions=all: a <suppression> inside each error, and the same
+    // again after it at the top level, which must not attach to the next error.
+    const struct {
+        const char* file;
+        size_t errors;
+        const char* kind_line;
+        const char* frame_line;
+    } cases[] = {
+        {"memcheck_mismatched_delete_gensupp.xml", 2, "Memcheck:Free",
+         "fun:_ZN7samples11drop_pointsEPNS_5PointE"},
+        {"memcheck_leaks_gensupp.xml", 3, "Memcheck:Leak", "match-leak-kinds: definite"},
+        {"helgrind_race_counter_gensupp.xml", 2, "Helgrind:Race", "fun:worker"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.file);
+        const auto got = import_with(importer, sample(c.file));
+        ASSERT_TRUE(got.report.ok) << platkit::strings::wide_to_utf8(got.report.error);
+        ASSERT_EQ(got.problems.size(), c.errors);
+        for (const auto& p : got.problems) {
+            EXPECT_EQ(p.native_suppression.front(), '{');
+            EXPECT_EQ(p.native_suppression.back(), '}');
+            EXPECT_NE(p.native_suppression.find(std::string("\n   ") + c.kind_line + "\n"),
+                      std::string::npos)
+                << p.native_suppression;
+        }
+        EXPECT_NE(got.problems[0].native_suppression.find(c.frame_line), std::string::npos)
+            << got.problems[0].native_suppression;
+    }
+    // Output recorded without the option carries none.
+    for (const auto& p : import_with(importer, sample("memcheck_leaks.xml")).problems)
+        EXPECT_TRUE(p.native_suppression.empty());
+}
+
 TEST(ValgrindXmlImport, SourceDirectoriesMoveTheBestFrameIntoALibraryOfTheProgram)
 {
     // Without source folders the executable's own frame wins over libbuggy.so.

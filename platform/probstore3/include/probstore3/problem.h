@@ -47,6 +47,10 @@ struct problem_t
     int best_level = 0;           // index into stacks[0].frames: the best location
     std::uint64_t leaked_bytes = 0;
     std::uint64_t leaked_blocks = 0;
+    // The analyser's own suppression for this error, as it printed it
+    // (Valgrind's --gen-suppressions=all: "{ <name> Memcheck:Leak ... }",
+    // function names mangled); "" when the output carried none.
+    std::string native_suppression;
 
     const frame_t* best_frame() const
     {
