@@ -88,9 +88,8 @@ public:
     // The row across every column, normalised.
     uicore7::screen_rectangle<int> GetRowContentRect(int row) const;
     // The button of a row in model column col: the right end of the cell
-    // where the column is shown,
-    // get_button_width() wide, the row high. Where the cell is not shown,
-    // the right end of the whole row.
+    // where the column is shown, get_button_width() wide, the row high.
+    // Where the cell is not shown, the right end of the whole row.
     uicore7::screen_rectangle<int> get_button_rect(int row, int col) const;
     // Height of one text line in the window's font; without a window, what
     // the row height the grid chose leaves for a line.

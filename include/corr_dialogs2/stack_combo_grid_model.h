@@ -63,6 +63,8 @@ public:
 
 protected:
     stack_ptr live_stack() const;
+    // The rule's stack item; null without a rule or a stack.
+    suppfmt3::shared_pointer<suppfmt3::stack_item_t> stack_item() const;
 
 private:
     rule_ptr m_rule;
