@@ -58,6 +58,10 @@ protected:
         T value;
         {
             std::lock_guard lock(m_mutex);
+            // A flushed task is in the scheduler twice: its delayed entry
+            // finds nothing left to deliver.
+            if (m_has_run)
+                return;
             m_has_run = true;
             value = std::move(m_value);
         }
@@ -194,6 +198,15 @@ public:
         deliver(
             m_pending_batch, [&data](std::list<message_data_t>& batch) { batch.push_back(data); },
             messages_received, weak_from_this(), messages_delay_ms, L"messenger_bridge.batch");
+    }
+
+    void flush() override
+    {
+        std::lock_guard lock(m_mutex);
+        if (!m_pending_batch || m_pending_batch->has_run())
+            return;
+        if (const auto scheduler = wxkit1::tasks::Scheduler::Get())
+            scheduler->AddTask(m_pending_batch, L"messenger_bridge.flush");
     }
 
     ~messenger_bridge_impl_t() override

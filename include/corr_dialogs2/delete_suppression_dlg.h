@@ -52,7 +52,9 @@ public:
     {
         m_error_notification = notification;
     }
-    // Whether OK removed the rules and saved every touched file.
+    // Whether OK removed the rules and saved every touched file. A file
+    // that could not be saved keeps its rule sets in memory too, and the
+    // dialog stays open.
     bool is_saved() const { return m_saved; }
 
     editable_suppression_grid_model_t& get_model() { return m_model; }

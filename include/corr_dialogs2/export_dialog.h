@@ -48,9 +48,8 @@ public:
     // is known before).
     export_dlg_t(const boost::shared_ptr<load_result_callback_t>& callback,
                  const basekit2::path_t& target_folder);
-    // Asks a running worker to stop and waits for it a little; one that
-    // does not stop in time is left to finish on its own, cut off from the
-    // dialog.
+    // Asks a running worker to stop and leaves it to finish on its own, cut
+    // off from the dialog; never waits for it.
     ~export_dlg_t() override;
     export_dlg_t(const export_dlg_t&) = delete;
     export_dlg_t& operator=(const export_dlg_t&) = delete;
@@ -71,6 +70,9 @@ public:
     bool has_warnings() const;
     // The worker ended after packing (successfully or not).
     bool is_finished() const { return m_finished; }
+    // Cancel was pressed while the worker ran; the dialog ends once the
+    // worker has stopped.
+    bool is_cancelling() const { return m_cancelling; }
 
 protected:
     void on_init_dialog() override;
@@ -78,8 +80,11 @@ protected:
     void set_max_text_limit() override;
 
     void on_export(wxCommandEvent& event);
-    // Cancel, and Close once finished; Escape and the close box come here too.
+    // Cancel, and Close once finished; Escape comes here too, the close box
+    // to on_close_window. Neither waits for a running worker: it is asked
+    // to stop, the dialog says so, and on_worker_stopped ends the dialog.
     void on_cancel_button(wxCommandEvent& event);
+    void on_close_window(wxCloseEvent& event);
     void on_browse_target(wxCommandEvent& event);
     void on_target_folder_edit(wxCommandEvent& event);
 
@@ -90,6 +95,8 @@ protected:
     // Worker thread: must not touch a window.
     void on_message_received_async(const message_data_t& message);
     void on_finish();
+    // GUI thread: the worker's last act, however the work ended.
+    void on_worker_stopped();
 
 private:
     void initialize_internals(const basekit2::path_t& target_folder);
@@ -104,9 +111,10 @@ private:
     void check_target_field();
     void mark_target_field();
     void update_export_button();
-    // Asks a running worker (and the loader) to stop and waits up to
-    // timeout_ms for it; true when it has ended and was joined.
-    bool stop_worker(unsigned timeout_ms);
+    // Ends the dialog when no worker runs (true); otherwise asks it to stop
+    // and shows that the export is being cancelled (false).
+    bool request_close();
+    bool worker_has_ended() const;
     void disconnect_bridges();
 
     engine_ptr_t m_engine;
@@ -120,10 +128,18 @@ private:
     boost::shared_ptr<progress_bridge_t> m_progress;
     boost::thread m_worker;
     std::future<void> m_worker_done; // ready once the worker has done its work
+    // Raised on the GUI thread when the worker has stopped; shared with the
+    // worker, which may outlive the dialog.
+    struct worker_end_t
+    {
+        basekit2::_internal::signal_t<> stopped;
+    };
+    boost::shared_ptr<worker_end_t> m_worker_end;
 
     mutable basekit2::threading::mutex_t m_mutex; // the flags the worker sets
     bool m_warning = false;
-    bool m_finished = false; // GUI thread only
+    bool m_finished = false;   // GUI thread only
+    bool m_cancelling = false; // GUI thread only
     // chars_removed: the last edit lost characters a path cannot hold.
     enum class target_state_t { ok, chars_removed, empty };
     target_state_t m_target_state = target_state_t::ok;

@@ -47,8 +47,8 @@ public:
     button_helper_t& operator=(const button_helper_t& other);
     ~button_helper_t() override;
 
-    // The model column under x: the shown column minus one, because the
-    // check column is shown first. -1 without a column view model.
+    // The model column under x (column_at of the position under x); -1
+    // without a column view model.
     virtual int GetColIndex(int x) const;
     virtual bool has_button(int column) const;
     // A press on the button of a row; button is its rectangle (viewer
@@ -87,9 +87,9 @@ public:
 
     // The row across every column, normalised.
     uicore7::screen_rectangle<int> GetRowContentRect(int row) const;
-    // The button of a row in model column col: the right end of that cell,
-    // get_button_width() wide, the row high. Where the cell is not shown,
-    // the right end of the whole row.
+    // The button of a row in model column col: the right end of the cell
+    // where the column is shown, get_button_width() wide, the row high.
+    // Where the cell is not shown, the right end of the whole row.
     uicore7::screen_rectangle<int> get_button_rect(int row, int col) const;
     // Height of one text line in the window's font; without a window, what
     // the row height the grid chose leaves for a line.
@@ -106,6 +106,12 @@ protected:
     void refresh_view(int row = -1) const;
     // Position among the shown columns of the column under x; -1 for none.
     int display_position(int x) const;
+    // The model column shown at a position, and the position a model column
+    // is shown at; -1 for none. A grid without a check column shows its
+    // columns where its header puts them (every column in order when it
+    // has no grid to ask); check_column_t has a rule of its own.
+    virtual int column_at(int position) const;
+    virtual int column_position(int col) const;
     // A column width that fits text in the window's font, at least minimum.
     int fit_width(const std::wstring& text, int minimum) const;
 
@@ -296,6 +302,11 @@ public:
     }
 
 protected:
+    // The check column is shown first and Model's columns follow it in
+    // order: the model column at a position is the position minus one.
+    int column_at(int position) const override { return position < 1 ? -1 : position - 1; }
+    int column_position(int col) const override { return col < 0 ? -1 : col + 1; }
+
     void on_rows_reordered(const std::vector<int>& order) override
     {
         std::vector<bool> moved(m_checked.size(), true);

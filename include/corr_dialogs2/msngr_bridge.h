@@ -10,7 +10,8 @@
 //   - messages: batched, delivered 500 ms after the first of a batch, in
 //     order; message_received also fires at once on the reporting thread;
 //   - raise_first / raise_second: posted at once as notify_first /
-//     notify_second.
+//     notify_second; a worker calls the messenger's flush() before it
+//     reports its end, so that its last messages arrive before the end.
 // Create a bridge with create() on the GUI thread, connect to its signals,
 // then hand it to the worker. The scheduler must be initialised.
 #include "corr_dialogs2/export.h"
@@ -73,6 +74,10 @@ public:
     messenger_bridge_t() = default;
     messenger_bridge_t(const messenger_bridge_t&) = default;
     messenger_bridge_t& operator=(const messenger_bridge_t&) = default;
+
+    // Any thread: hands the batch that waits for its delay to the GUI
+    // thread now, ahead of whatever is posted after this call.
+    virtual void flush() = 0;
 
     // GUI thread: the messages of up to half a second, in order of arrival.
     basekit2::_internal::signal_t<std::list<message_data_t>> messages_received;

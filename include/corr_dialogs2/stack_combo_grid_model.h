@@ -12,6 +12,7 @@
 #include "suppfmt3/datatype.h"
 #include "suppfmt3/suppression_rule.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,8 @@ public:
 
 protected:
     stack_ptr live_stack() const;
+    // The rule's stack item; null without a rule or a stack.
+    suppfmt3::shared_pointer<suppfmt3::stack_item_t> stack_item() const;
 
 private:
     rule_ptr m_rule;
@@ -100,12 +103,17 @@ public:
     void OnUpdateDataInt(int row, int col) override;
     // A pick writes the rule at once, before the editor closes.
     void CBOnChoicItem(uiframe7::CComboBox* sender, int item) override;
+    // A cancelled edit puts the frame back as it was when the edit began:
+    // a pick may have switched more than its own field (a source takes its
+    // line with it).
+    void CBOnEditEnd(uiframe7::CComboBox* sender, bool keep_value) override;
 
 private:
     void write_choice(int row, int col, int item);
 
     int m_edit_row = -1;
     int m_edit_col = -1;
+    std::optional<suppfmt3::callstack_frame_t> m_frame_before_edit;
 };
 
 } // namespace corr_dialogs2

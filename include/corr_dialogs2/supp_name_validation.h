@@ -17,6 +17,7 @@ enum class file_name_problem_t {
     empty,     // nothing but blanks
     bad_chars, // one of \ / : * ? " < > |
     too_long,  // the full path has 260 characters or more
+    folder,    // it ends in a path separator or names an existing folder
     no_folder, // the result has no suppressions folder to put it in
 };
 
@@ -33,13 +34,15 @@ CORR_DIALOGS2_API std::wstring full_suppression_path(const std::wstring& folder,
 // An absolute path (an existing file, or one chosen with Browse) is checked
 // by its last component, and its folders only for the characters no path may
 // hold. The full path is too long at 260 characters (the Windows limit:
-// exactly 260 is already refused).
+// exactly 260 is already refused). A path that ends in a separator, or
+// whose full path is an existing folder, names no file.
 CORR_DIALOGS2_API file_name_problem_t check_suppression_file_name(const std::wstring& text,
                                                                   const std::wstring& folder);
 
 // The tool-tip that says why a file name is refused; empty for none.
 // Reserved, dots, empty and too long come from the "shareddlg" catalogue;
-// forbidden characters from shareddlg3::get_disabled_tooltip_text.
+// forbidden characters from shareddlg3::get_disabled_tooltip_text; a
+// folder from this library's catalogue.
 CORR_DIALOGS2_API std::wstring get_file_name_tooltip(file_name_problem_t problem);
 
 // A rule-set name is valid when it is not blank.

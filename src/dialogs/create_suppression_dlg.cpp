@@ -62,6 +62,36 @@ bool uses_best_location_only(const rule_ptr& rule)
            stack->is_frame_active(stack->get_best_level());
 }
 
+// Remembers whether each rule uses its problem type, and puts that back on
+// destruction unless kept: OK applies the "any problem type" choice to the
+// rules, and an OK that saves nothing must leave them as they were, so that
+// choosing the concrete type again counts.
+class problem_type_state_t
+{
+public:
+    explicit problem_type_state_t(const editable_combo_aspect_model_t& model)
+    {
+        for (int row = 0; row < model.GetRowCount(); ++row)
+            if (rule_ptr rule = model.get_rule(row))
+                m_states.emplace_back(rule, rule->is_item_active(suppfmt3::sdt_problem_type));
+    }
+    ~problem_type_state_t()
+    {
+        if (m_keep)
+            return;
+        for (const auto& [rule, active] : m_states)
+            rule->set_item_active(active, suppfmt3::sdt_problem_type);
+    }
+    problem_type_state_t(const problem_type_state_t&) = delete;
+    problem_type_state_t& operator=(const problem_type_state_t&) = delete;
+
+    void keep() { m_keep = true; }
+
+private:
+    std::vector<std::pair<rule_ptr, bool>> m_states;
+    bool m_keep = false;
+};
+
 } // namespace
 
 wxBEGIN_EVENT_TABLE(create_suppression_dlg_t, shareddlg3::dialog_base_t)
@@ -521,6 +551,7 @@ void create_suppression_dlg_t::handle_ok(wxCommandEvent&)
     save_settings();
     const std::wstring text = m_filelist ? trim_text(m_filelist->GetValue().ToStdWstring()) : std::wstring();
 
+    problem_type_state_t problem_types(m_model);
     const std::vector<rule_ptr> rules = get_rules_from_dialog();
     if (rules.empty()) {
         show_file_error(text, translate(L"dlg.suppressions.new.error_no_rules"));
@@ -552,6 +583,7 @@ void create_suppression_dlg_t::handle_ok(wxCommandEvent&)
             return;
         }
         m_saved = true;
+        problem_types.keep();
     }
     end_dialog(wxID_OK);
 }

@@ -15,6 +15,8 @@
 #include <wx/stattext.h>
 
 #include <algorithm>
+#include <map>
+#include <memory>
 
 namespace corr_dialogs2 {
 
@@ -93,8 +95,26 @@ bool delete_suppression_dlg_t::on_ok()
     // Declining the rewrite ends the operation with every file as it was.
     if (!confirm_rewrite_if_needed(m_rewrite_prompt, files))
         return true;
+    // What each file holds now: a file that cannot be saved is put back, so
+    // that memory says what its file on disk still says and a later save
+    // drops nothing the user kept.
+    std::map<suppression_file_ptr,
+             std::shared_ptr<const probstore3::suppression_file_t::snapshot_t>>
+        before;
+    for (const auto& file : files)
+        if (const auto store = file->get_file())
+            before.emplace(file, store->take_snapshot());
     remove_rules_from_files();
-    m_saved = save_suppression_files(files, m_error_notification);
+    m_saved = true;
+    for (const auto& file : files) {
+        if (save_suppression_files(std::set<suppression_file_ptr>{file}, m_error_notification))
+            continue;
+        m_saved = false;
+        const auto store = file->get_file();
+        const auto snapshot = before.find(file);
+        if (store && snapshot != before.end())
+            store->restore(*snapshot->second);
+    }
     return m_saved;
 }
 

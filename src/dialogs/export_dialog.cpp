@@ -3,16 +3,20 @@
 // Stopping the worker: Cancel sets the cancel flag of the progress bridge.
 // The archiver polls it (through the progress guard's child) several times a
 // second while it compresses, and the worker looks at it between loading and
-// packing; thread interruption would not reach into libzip. The dialog then
-// waits a little for the worker, so that the abandoned archive is gone when
-// the dialog returns.
+// packing; thread interruption would not reach into libzip. The GUI thread
+// never waits for the worker: Cancel shows that the export is being
+// cancelled, and the dialog ends when the worker says it has stopped, so
+// that the abandoned archive is gone when the dialog returns.
 //
-// Completion: the worker raises the bridge's second event once packing is
-// over, whatever its result. The first event, which the outermost progress
-// guard raises however the work ends, is not used: a load that failed ends
-// the worker without a completion, and the dialog keeps waiting (the
-// loader has said why through the messenger, if it could) until the user
-// closes it.
+// The worker's last acts, in this order: its remaining messages are flushed
+// to the GUI thread, the completion (the bridge's second event) is raised
+// once packing is over, whatever its result, and the dialog is told that
+// the worker has stopped. Tasks posted at once run in the order posted, so
+// no message arrives after "finished". The first event, which the outermost
+// progress guard raises however the work ends, is not used: a load that
+// failed ends the worker without a completion, and the dialog keeps waiting
+// (the loader has said why through the messenger, if it could) until the
+// user closes it.
 #include "corr_dialogs2/export_dialog.h"
 
 #include "corr_dialogs2/ui_utils.h"
@@ -26,7 +30,10 @@
 #include "shareddlg3/message_window.h"
 #include "shareddlg3/resources.h"
 #include "shareddlg3/utils.h"
+#include "wxkit1/tasks/post_signal.h"
 #include "wxkit1/ui_settings.h"
+
+#include <boost/make_shared.hpp>
 
 #include <wx/button.h>
 #include <wx/checkbox.h>
@@ -48,9 +55,6 @@ namespace {
 
 using corr_engine::archiver_t;
 
-// How long Cancel waits for the worker. The archiver stops within a fraction
-// of a second; a loader that ignores its cancel is not waited for longer.
-constexpr unsigned cancel_wait_ms = 5000;
 // Longest path a user can type into the target field.
 constexpr unsigned long max_target_length = 4096;
 
@@ -116,8 +120,10 @@ void run_export(export_job_t job)
         job.messenger->message(notify2::msg_error, what.c_str());
     } catch (...) {
     }
-    if (!loaded)
+    if (!loaded) {
+        job.messenger->flush();
         return; // the dialog keeps waiting; see the top of the file
+    }
     if (rc == archiver_t::cancelled) {
         // The archiver wrote nothing at the target path: what it had packed
         // lay in a temporary file that is gone now. A file that was at the
@@ -128,20 +134,21 @@ void run_export(export_job_t job)
         job.messenger->message(notify2::msg_error, job.failed_text.c_str());
     }
     job.zip.reset();
+    job.messenger->flush();
     job.progress->raise_second();
 }
 
 } // namespace
 
 export_dlg_t::export_dlg_t(const engine_ptr_t& engine, const basekit2::path_t& target_folder)
-    : m_engine(engine)
+    : m_engine(engine), m_worker_end(boost::make_shared<worker_end_t>())
 {
     initialize_internals(target_folder);
 }
 
 export_dlg_t::export_dlg_t(const boost::shared_ptr<load_result_callback_t>& callback,
                            const basekit2::path_t& target_folder)
-    : m_load_callback(callback)
+    : m_load_callback(callback), m_worker_end(boost::make_shared<worker_end_t>())
 {
     initialize_internals(target_folder);
 }
@@ -150,8 +157,19 @@ export_dlg_t::~export_dlg_t()
 {
     // Cut the worker off first: from now on it reaches no part of the dialog.
     disconnect_bridges();
-    if (m_worker.joinable() && !stop_worker(cancel_wait_ms))
-        m_worker.detach(); // it holds its own references and ends on its own
+    m_worker_end->stopped.disconnect_all();
+    if (!m_worker.joinable())
+        return;
+    if (worker_has_ended()) {
+        m_worker.join(); // it is leaving: nothing to wait for
+        return;
+    }
+    // Asked to stop, and left to end on its own: it holds its own references.
+    if (m_progress)
+        m_progress->cancel();
+    if (m_load_callback)
+        m_load_callback->cancel();
+    m_worker.detach();
 }
 
 void export_dlg_t::initialize_internals(const basekit2::path_t& target_folder)
@@ -289,6 +307,8 @@ bool export_dlg_t::start_export()
     m_progress->status_changed.connect(
         [this](std::wstring text) { on_progress_status_changed(text); });
     m_progress->notify_second.connect([this] { on_finish(); });
+    m_worker_end->stopped.disconnect_all();
+    m_worker_end->stopped.connect([this] { on_worker_stopped(); });
 
     m_target = target_from_field();
     auto zip = std::make_shared<corr_engine::zipfile_impl_t>();
@@ -316,13 +336,25 @@ bool export_dlg_t::start_export()
     job.failed_text = translate(L"dlg.export.error.general");
     auto done = std::make_shared<std::promise<void>>();
     m_worker_done = done->get_future();
-    m_worker = boost::thread([job = std::move(job), done]() mutable {
+    m_worker = boost::thread([job = std::move(job), done, end = m_worker_end]() mutable {
+        // However the work ends: the dialog learns that the worker has
+        // stopped, after everything else the worker posted.
         struct signal_done_t
         {
             std::promise<void>& promise;
-            ~signal_done_t() { promise.set_value(); }
-        } signal_done{*done};
-        run_export(std::move(job));
+            const boost::shared_ptr<worker_end_t>& end;
+            ~signal_done_t()
+            {
+                promise.set_value();
+                wxkit1::tasks::PostSignal(end->stopped, end, L"export_dlg.worker_stopped");
+            }
+        } signal_done{*done, end};
+        try {
+            run_export(std::move(job));
+        } catch (...) {
+            // Reported as far as it could be; the worker must not take the
+            // program down with it.
+        }
     });
     return true;
 }
@@ -340,7 +372,7 @@ void export_dlg_t::on_progress_changed(int percent)
 
 void export_dlg_t::on_progress_status_changed(const std::wstring& text)
 {
-    if (m_status_text && !m_finished)
+    if (m_status_text && !m_finished && !m_cancelling)
         m_status_text->SetLabelText(text);
 }
 
@@ -379,6 +411,8 @@ void export_dlg_t::on_message_received_async(const message_data_t& message)
 void export_dlg_t::on_finish()
 {
     m_finished = true;
+    if (m_cancelling)
+        return; // the dialog goes as soon as the worker has stopped
     set_title(translate(L"dlg.export.title.done", {{L"result_name", get_result_name()}}));
     if (m_status_text)
         m_status_text->SetLabelText(translate(L"dlg.export.status.done"));
@@ -389,30 +423,54 @@ void export_dlg_t::on_finish()
 
 void export_dlg_t::on_cancel_button(wxCommandEvent&)
 {
-    if (m_load_callback)
-        m_load_callback->cancel();
-    stop_worker(cancel_wait_ms);
-    end_dialog(wxID_CANCEL);
+    request_close();
 }
 
-bool export_dlg_t::stop_worker(unsigned timeout_ms)
+void export_dlg_t::on_close_window(wxCloseEvent& event)
 {
-    if (!m_worker.joinable())
+    if (!request_close() && event.CanVeto())
+        event.Veto();
+}
+
+bool export_dlg_t::request_close()
+{
+    if (m_cancelling)
+        return false; // the dialog ends once the worker has stopped
+    if (m_load_callback)
+        m_load_callback->cancel();
+    if (!m_worker.joinable() || worker_has_ended()) {
+        if (m_worker.joinable())
+            m_worker.join(); // it is leaving: nothing to wait for
+        end_dialog(wxID_CANCEL);
         return true;
-    const auto ended = [this](unsigned ms) {
-        return !m_worker_done.valid() ||
-               m_worker_done.wait_for(std::chrono::milliseconds(ms)) == std::future_status::ready;
-    };
-    if (!ended(0)) {
-        if (m_progress)
-            m_progress->cancel();
-        if (m_load_callback)
-            m_load_callback->cancel();
-        if (!ended(timeout_ms))
-            return false;
     }
-    m_worker.join(); // it has done its work and is leaving
-    return true;
+    m_cancelling = true;
+    if (m_progress)
+        m_progress->cancel();
+    if (m_status_text)
+        m_status_text->SetLabelText(translate(L"dlg.export.status.cancelling"));
+    if (m_btn_cancel)
+        m_btn_cancel->Disable();
+    Layout();
+    return false;
+}
+
+void export_dlg_t::on_worker_stopped()
+{
+    if (m_worker.joinable())
+        m_worker.join(); // its last act was to say so: it is leaving
+    if (m_cancelling) {
+        m_cancelling = false;
+        if (m_btn_cancel)
+            m_btn_cancel->Enable();
+        end_dialog(wxID_CANCEL);
+    }
+}
+
+bool export_dlg_t::worker_has_ended() const
+{
+    return !m_worker_done.valid() ||
+           m_worker_done.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
 }
 
 void export_dlg_t::disconnect_bridges()
@@ -497,6 +555,7 @@ void export_dlg_t::update_export_button()
 wxBEGIN_EVENT_TABLE(export_dlg_t, shareddlg3::dialog_base_t)
     EVT_BUTTON(XRCID("m_export_btn"), export_dlg_t::on_export)
     EVT_BUTTON(wxID_CANCEL, export_dlg_t::on_cancel_button)
+    EVT_CLOSE(export_dlg_t::on_close_window)
     EVT_BUTTON(XRCID("m_browse_btn"), export_dlg_t::on_browse_target)
     EVT_TEXT(XRCID("m_target_file"), export_dlg_t::on_target_folder_edit)
 wxEND_EVENT_TABLE()

@@ -1,5 +1,7 @@
 #include "corr_dialogs2/supp_name_validation.h"
 
+#include "corr_dialogs2/ui_utils.h"
+
 #include "basekit2/path.h"
 #include "resdir2/result_directory_manager.h"
 #include "settings2/catalog.h"
@@ -45,6 +47,11 @@ file_name_problem_t check_name(const std::wstring& name, const std::wstring& for
     return file_name_problem_t::none;
 }
 
+bool ends_in_separator(const std::wstring& text)
+{
+    return !text.empty() && (text.back() == L'/' || text.back() == L'\\');
+}
+
 } // namespace
 
 std::wstring trim_text(const std::wstring& text)
@@ -78,8 +85,12 @@ file_name_problem_t check_suppression_file_name(const std::wstring& text, const 
     }
     if (problem != file_name_problem_t::none)
         return problem;
-    if (full_suppression_path(folder, name).size() >= max_full_path)
+    const std::wstring full = full_suppression_path(folder, name);
+    if (full.size() >= max_full_path)
         return file_name_problem_t::too_long;
+    // "/some/folder/" would become a file named only by its extension.
+    if (ends_in_separator(name) || basekit2::path_t(full).is_directory())
+        return file_name_problem_t::folder;
     if (folder.empty())
         return file_name_problem_t::no_folder;
     return file_name_problem_t::none;
@@ -98,6 +109,8 @@ std::wstring get_file_name_tooltip(file_name_problem_t problem)
         return shareddlg3::get_disabled_tooltip_text(shareddlg3::file_name_disabled_chars);
     case file_name_problem_t::too_long:
         return shared_text(L"filename_bad_lenght");
+    case file_name_problem_t::folder:
+        return translate(L"dlg.suppressions.new.filename_is_folder");
     case file_name_problem_t::none:
     case file_name_problem_t::no_folder:
         break;

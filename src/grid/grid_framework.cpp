@@ -49,8 +49,7 @@ int button_helper_t::GetColIndex(int x) const
 {
     if (!GetColumnViewModel())
         return -1;
-    const int position = display_position(x);
-    return position < 0 ? -1 : position - 1;
+    return column_at(display_position(x));
 }
 
 bool button_helper_t::has_button(int) const
@@ -150,9 +149,8 @@ uicore7::screen_rectangle<int> button_helper_t::get_button_rect(int row, int col
 {
     uicore7::screen_rectangle<int> rect = GetRowContentRect(row);
     if (const auto* columns = GetColumnViewModel()) {
-        // The model column is shown at position col + 1 (after the check column).
-        const int position = col + 1;
-        if (col >= 0 && position < columns->GetCount()) {
+        const int position = column_position(col);
+        if (position >= 0 && position < columns->GetCount()) {
             const uiframe7::ItemRange cell = columns->GetItemRange(position);
             rect.left = std::min(cell.start, cell.end);
             rect.right = std::max(cell.start, cell.end);
@@ -217,6 +215,28 @@ int button_helper_t::display_position(int x) const
 {
     const auto* columns = GetColumnViewModel();
     return columns ? columns->HitTest(x) : -1;
+}
+
+int button_helper_t::column_at(int position) const
+{
+    if (position < 0)
+        return -1;
+    const gridview8::CGrid* grid = find_grid();
+    if (const gridview8::IHeaderVisModel* header = grid ? grid->GetHeaderVisModel() : nullptr) {
+        const gridview8::IHeaderItem* leaf = header->GetLeaf(position);
+        return leaf ? leaf->GetColumn() : -1;
+    }
+    return position;
+}
+
+int button_helper_t::column_position(int col) const
+{
+    if (col < 0)
+        return -1;
+    const gridview8::CGrid* grid = find_grid();
+    if (const gridview8::IHeaderVisModel* header = grid ? grid->GetHeaderVisModel() : nullptr)
+        return header->GetLeafPosition(col);
+    return col;
 }
 
 int button_helper_t::fit_width(const std::wstring& text, int minimum) const

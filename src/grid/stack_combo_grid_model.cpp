@@ -39,10 +39,15 @@ stack_ptr stack_combo_grid_model_t::live_stack() const
     return m_rule ? m_rule->get_stack(false) : stack_ptr();
 }
 
+shared_pointer<stack_item_t> stack_combo_grid_model_t::stack_item() const
+{
+    return m_rule ? as_stack_item(m_rule->get_item(sdt_call_stack))
+                  : shared_pointer<stack_item_t>();
+}
+
 suppression_rule_t::callstack_t stack_combo_grid_model_t::get_stack() const
 {
-    const auto item =
-        m_rule ? as_stack_item(m_rule->get_item(sdt_call_stack)) : shared_pointer<stack_item_t>();
+    const auto item = stack_item();
     return item ? item->get_callstack() : suppression_rule_t::callstack_t();
 }
 
@@ -211,6 +216,10 @@ uiframe7::CEditControl* editable_stack_grid_model_t::GetEditorInt(int row, int c
     grid_text::value_or_any::fill(*combo, get_stack_item(row, col), is_active(row, col));
     m_edit_row = row;
     m_edit_col = col;
+    const auto stack = stack_item();
+    m_frame_before_edit.reset();
+    if (stack && static_cast<size_t>(row) < stack->size())
+        m_frame_before_edit = stack->frame(static_cast<size_t>(row));
     return combo;
 }
 
@@ -224,6 +233,22 @@ void editable_stack_grid_model_t::CBOnChoicItem(uiframe7::CComboBox* sender, int
 {
     if (sender && sender == get_combobox())
         write_choice(m_edit_row, m_edit_col, item);
+}
+
+void editable_stack_grid_model_t::CBOnEditEnd(uiframe7::CComboBox* sender, bool keep_value)
+{
+    if (!sender || sender != get_combobox())
+        return;
+    std::optional<callstack_frame_t> before;
+    before.swap(m_frame_before_edit);
+    if (keep_value || !before)
+        return;
+    const auto stack = stack_item();
+    const auto row = static_cast<size_t>(m_edit_row);
+    if (!stack || m_edit_row < 0 || row >= stack->size() || stack->frame(row) == *before)
+        return;
+    stack->edit_frame(row) = *before;
+    refresh_view(m_edit_row);
 }
 
 void editable_stack_grid_model_t::write_choice(int row, int col, int item)

@@ -295,9 +295,9 @@ void main_frame_t::on_delete_suppression()
         return;
     }
     corr_dialogs2::delete_suppression_dlg_t dialog(rule_sets);
-    if (dialog.show_modal(this) != wxID_OK)
-        return;
-    // Read back from the files: what the dialog could not save is still there.
+    dialog.show_modal(this);
+    // Read back from the files however the dialog ended: when one file was
+    // saved and another could not be, the user may still have cancelled.
     reload_suppressions();
 }
 

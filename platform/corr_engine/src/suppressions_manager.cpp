@@ -68,9 +68,19 @@ suppressions_manager_t::file_ptr suppressions_manager_t::create_suppression(cons
 {
     m_errors.clear();
     const path_t folder = get_result_suppressions_folder(marker_file);
-    const path_t target = path.is_absolute() || folder.empty() ? path : folder.join(path);
+    path_t target = path.is_absolute() || folder.empty() ? path : folder.join(path);
     if (target.empty())
         return {};
+    const wchar_t last = target.str().back();
+    if (last == L'/' || last == std::filesystem::path::preferred_separator ||
+        target.is_directory()) {
+        m_errors.push_back(target.str() + L": a folder, not a suppression file");
+        return {};
+    }
+    // Only *.sup files are listed and read again: a name without an
+    // extension gets that one.
+    if (target.extension().empty())
+        target = target.replace_extension(SuppressionFileExt);
     if (target.exists()) {
         std::wstring error;
         auto file = probstore3::suppression_file_t::open(target.str(), &error);

@@ -346,6 +346,36 @@ void suppression_file_t::resync_suppressions()
     }
 }
 
+class suppression_file_t::snapshot_t
+{
+public:
+    explicit snapshot_t(const state& s) : saved(s) {}
+    const state saved;
+};
+
+std::shared_ptr<const suppression_file_t::snapshot_t> suppression_file_t::take_snapshot() const
+{
+    return std::make_shared<const snapshot_t>(*m);
+}
+
+void suppression_file_t::restore(const snapshot_t& snapshot)
+{
+    std::vector<rule_set_ptr> current;
+    current.reserve(m->entries.size());
+    for (const auto& e : m->entries)
+        current.push_back(e.set);
+    std::wstring last_error = std::move(m->last_error);
+    parse_error_t last_parse_error = std::move(m->last_parse_error);
+    *m = snapshot.saved;
+    m->last_error = std::move(last_error);
+    m->last_parse_error = std::move(last_parse_error);
+    for (const auto& set : current)
+        if (m->members.count(set.get()) == 0 && set->get_file().get() == this)
+            set->set_file({});
+    for (auto& e : m->entries)
+        e.set->set_file(weak_from_this());
+}
+
 std::string suppression_file_t::to_text() const
 {
     output_t out;

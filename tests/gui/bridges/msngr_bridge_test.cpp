@@ -227,3 +227,130 @@ TEST(MessengerBridge, NullTextIsAnEmptyMessage)
     EXPECT_EQ(L"", got.front().text);
     EXPECT_EQ(1u, got.front().type);
 }
+
+// With the scheduler's clock in the test's hands: a worker that reports every
+// 10 ms for a while. Each value arrives 250 ms (a batch of messages 500 ms)
+// after the first of its burst, never sooner and no later than the next
+// tick, and what was reported last always arrives.
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds tick{10};
+
+// The times between consecutive deliveries, and from the start to the first.
+std::vector<long> intervals(const std::vector<long>& times)
+{
+    std::vector<long> out;
+    long previous = 0;
+    for (const long t : times) {
+        out.push_back(t - previous);
+        previous = t;
+    }
+    return out;
+}
+
+} // namespace
+
+TEST(ProgressBridge, UpdatesSpreadOverTimeArriveEvery250msAndTheLastOneAlways)
+{
+    // 100 steps end just before a delivery; 76 just after one, so that the
+    // last value starts a burst of its own.
+    for (const int steps : {100, 76}) {
+        SCOPED_TRACE("steps " + std::to_string(steps));
+        corr_test::manual_clock clock;
+        auto bridge = progress_bridge_t::create();
+        std::vector<long> percent_times, text_times;
+        std::vector<int> percents;
+        std::vector<std::wstring> texts;
+        bridge->percent_changed.connect([&](int p) {
+            percent_times.push_back(static_cast<long>(clock.elapsed().count()));
+            percents.push_back(p);
+        });
+        bridge->status_changed.connect([&](std::wstring t) {
+            text_times.push_back(static_cast<long>(clock.elapsed().count()));
+            texts.push_back(std::move(t));
+        });
+
+        bridge->begin(L"start", 10.0 * steps);
+        for (int i = 1; i <= steps; ++i) {
+            bridge->progressed(10); // a new whole percent every step
+            bridge->set_status(L"step " + std::to_wstring(i));
+            clock.advance(tick);
+        }
+        for (int i = 0; i < 30; ++i)
+            clock.advance(tick);
+
+        for (const auto* times : {&percent_times, &text_times}) {
+            ASSERT_GE(times->size(), 3u);
+            for (const long gap : intervals(*times)) {
+                EXPECT_GE(gap, 250);
+                EXPECT_LE(gap, 250 + tick.count());
+            }
+        }
+        EXPECT_EQ(percents.back(), 100);
+        EXPECT_EQ(texts.back(), L"step " + std::to_wstring(steps));
+        EXPECT_LE(percent_times.back(), steps * tick.count() + 250);
+    }
+}
+
+TEST(MessengerBridge, MessagesSpreadOverTimeArriveInBatchesEvery500msAllOfThemInOrder)
+{
+    corr_test::manual_clock clock;
+    auto bridge = messenger_bridge_t::create();
+    std::vector<long> times;
+    std::vector<std::wstring> received;
+    bridge->messages_received.connect([&](std::list<message_data_t> batch) {
+        times.push_back(static_cast<long>(clock.elapsed().count()));
+        for (auto& m : batch)
+            received.push_back(std::move(m.text));
+    });
+    std::vector<std::wstring> sent;
+    for (int i = 0; i < 150; ++i) {
+        sent.push_back(L"message " + std::to_wstring(i));
+        bridge->message(notify2::msg_info, sent.back().c_str());
+        clock.advance(tick);
+    }
+    for (int i = 0; i < 60; ++i)
+        clock.advance(tick);
+
+    EXPECT_EQ(received, sent);
+    ASSERT_GE(times.size(), 3u);
+    for (const long gap : intervals(times)) {
+        EXPECT_GE(gap, 500);
+        EXPECT_LE(gap, 500 + tick.count());
+    }
+}
+
+TEST(MessengerBridge, AFlushedBatchArrivesBeforeWhatIsPostedAfterItAndOnlyOnce)
+{
+    corr_test::manual_clock clock;
+    auto messenger = messenger_bridge_t::create();
+    auto progress = progress_bridge_t::create();
+    std::vector<std::wstring> events;
+    int batches = 0;
+    messenger->messages_received.connect([&](std::list<message_data_t> batch) {
+        ++batches;
+        for (const auto& m : batch)
+            events.push_back(m.text);
+    });
+    progress->notify_second.connect([&] { events.push_back(L"finished"); });
+
+    // A worker's last words, then its end.
+    std::thread([&] {
+        messenger->message(notify2::msg_error, L"Cannot write the archive");
+        messenger->flush();
+        messenger->message(notify2::msg_warning, L"and one more");
+        progress->raise_second();
+    }).join();
+    clock.advance(milliseconds(0)); // no time has passed: nothing was due by delay
+    EXPECT_EQ(events, (std::vector<std::wstring>{L"Cannot write the archive", L"and one more",
+                                                 L"finished"}));
+    for (int i = 0; i < 60; ++i)
+        clock.advance(tick);
+    EXPECT_EQ(batches, 1) << "the delayed entry of the flushed batch delivers nothing";
+    messenger->flush(); // nothing pending: nothing happens
+    clock.advance(tick);
+    EXPECT_EQ(batches, 1);
+    EXPECT_EQ(events.size(), 3u);
+}

@@ -1,6 +1,7 @@
 // The viewer's main window in a real window: opening the sample result,
 // the stack pane following the selection, import through the menu action.
 #include "frame_fixture.h"
+#include "painted_buttons.h"
 
 #include "host/problem_text.h"
 #include "ui/import_progress_dlg.h"
@@ -81,14 +82,22 @@ TEST_F(frame_test, SuppressionFileAddedShowsInBothViews)
     corr_test::pump_events(100);
     corr_dialogs2::rule_ptr viewed;
     view.on_view_stack([&](const corr_dialogs2::rule_ptr& rule) { viewed = rule; });
-    const auto button = view.model().get_button_rect(
-        0, corr_dialogs2::suppression_grid_model_t::code_location_column);
-    const int line = view.model().get_line_height();
-    const auto at = view.grid()->GetViewer()->LocalToScreen(
-        {(button.left + button.right) / 2, (button.top + button.bottom) / 2 + line / 2});
+    // Clicked where the grid drew the button, and hovered first: the
+    // tool-tip says what the button does.
+    const int code = corr_dialogs2::suppression_grid_model_t::code_location_column;
+    wxPoint at;
+    {
+        corr_test::painted_buttons painted(*view.grid());
+        ASSERT_TRUE(corr_test::wait_until([&] { return painted.in_cell(0, code).size() == 2; }));
+        at = corr_test::centre_on_screen(painted.in_cell(0, code)[1],
+                                         *view.grid_control()->GetSysWindow());
+    }
     wxUIActionSimulator sim;
-    sim.MouseMove(at.x, at.y);
-    corr_test::pump_events(20);
+    sim.MouseMove(at);
+    ASSERT_TRUE(corr_test::wait_until([&] {
+        return view.grid_control()->GetToolTipText() ==
+               corr_dialogs2::translate(L"dlg.suppressions.view_button.tooltip");
+    }));
     sim.MouseClick();
     ASSERT_TRUE(corr_test::wait_until([&] { return static_cast<bool>(viewed); }));
     EXPECT_EQ(viewed, view.model().get_rule(0, 1));

@@ -8,6 +8,7 @@
 #include "corr_dialogs2/delete_suppression_dlg.h"
 #include "corr_dialogs2/stack_dialogs.h"
 #include "corr_dialogs2/supp_helpers.h"
+#include "shareddlg3/message_window.h"
 #include "suppfmt3/datatype.h"
 
 #include <wx/button.h>
@@ -15,6 +16,8 @@
 #include <wx/notebook.h>
 #include <wx/statusbr.h>
 #include <wx/textctrl.h>
+
+#include <fstream>
 
 namespace {
 
@@ -161,6 +164,54 @@ TEST_F(frame_test, CreateAndDeleteASuppressionForTwoSelectedProblems)
 
     sim.MouseMove(m_frame->GetScreenRect().GetBottomRight() + wxPoint(20, 20));
     corr_test::pump_events();
+}
+
+TEST_F(frame_test, DeleteThatSavedOneFileButNotTheOtherShowsWhatTheFilesHoldAfterCancel)
+{
+    // One rule set in the result's file, one in the project's.
+    std::ofstream(m_tmp / "project.corrproj") << "";
+    const fs::path shared_folder = m_tmp / "suppressions";
+    fs::create_directories(shared_folder);
+    save_rule_set(m_frame->session(), {0}, m_result / "suppressions" / "mine.sup", L"Mine");
+    save_rule_set(m_frame->session(), {8}, shared_folder / "shared.sup", L"Shared");
+    m_frame->reload_suppressions();
+    auto& view = *m_frame->suppressions_view();
+    ASSERT_EQ(view.model().GetRowCount(), 2);
+    m_frame->notebook()->SetSelection(1);
+    view.grid()->SelectRow(0, true);
+    view.grid()->SelectRow(1, true);
+
+    // The project's file cannot be written: its folder is moved away and a
+    // plain file takes its place until the save has failed.
+    const fs::path moved = m_tmp / "ausgelagert ordner";
+    fs::rename(shared_folder, moved);
+    std::ofstream(shared_folder) << "in the way";
+    corr_test::modal_expectations modal;
+    modal.expect_shown<corr_dialogs2::delete_suppression_dlg_t>(
+        [&](corr_dialogs2::delete_suppression_dlg_t& dlg) {
+            corr_test::modal_expectations nested;
+            nested.expect_message(shareddlg3::message_window_t::answer_yes);
+            click(control<wxButton>(dlg, "m_btn_ok"));
+            ASSERT_TRUE(corr_test::wait_until([&] { return nested.all_met(); }));
+            corr_test::pump_events(50);
+            EXPECT_TRUE(dlg.IsModal()) << "a failed save keeps the dialog open";
+            fs::remove(shared_folder);
+            fs::rename(moved, shared_folder);
+            click(control<wxButton>(dlg, "m_btn_cancel"));
+            ASSERT_TRUE(corr_test::wait_until([&] { return !dlg.IsModal(); }));
+        });
+    menu(*m_frame, corrview::main_frame_t::id_delete_suppression);
+    EXPECT_TRUE(modal.all_met());
+
+    // "Mine" is gone from its file, "Shared" is still in its own: the views
+    // say so although the user cancelled.
+    EXPECT_TRUE(read_back(m_result / "suppressions" / "mine.sup").empty());
+    ASSERT_EQ(read_back(shared_folder / "shared.sup").size(), 1u);
+    ASSERT_EQ(view.model().GetRowCount(), 1);
+    EXPECT_EQ(view.model().get_rule_set(0)->get_name(), L"Shared");
+    const int row = problems().model().row_of(0);
+    EXPECT_EQ(problems().model().GetCellText(row, corrview::problems_model_t::col_suppressed_by),
+              L"");
 }
 
 TEST_F(frame_test, CreateWithNothingSelectedAsksForASelection)

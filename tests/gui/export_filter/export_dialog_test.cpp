@@ -25,6 +25,9 @@
 #include <wx/textctrl.h>
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <random>
 #include <regex>
 
@@ -106,6 +109,51 @@ private:
     std::wstring m_name;
     fs::path m_dir;
     engine_ptr_t m_engine;
+};
+
+// A host's loader that is slow to stop: its load goes on until the test
+// releases it, or, once cancelled, for stop_time more.
+class slow_loader final : public corr_dialogs2::load_result_callback_t
+{
+public:
+    explicit slow_loader(std::chrono::milliseconds stop_time) : m_stop_time(stop_time) {}
+
+    bool load(notify2::IMessenger&) override
+    {
+        std::unique_lock lock(m_mutex);
+        loading = true;
+        m_changed.notify_all();
+        m_changed.wait(lock, [&] { return m_released || m_cancelled; });
+        if (!m_released)
+            m_changed.wait_for(lock, m_stop_time, [&] { return m_released; });
+        loading = false;
+        finished = true;
+        return false;
+    }
+    basekit2::intrusive_pointer_t<corr_engine::engine_t> get_engine() override { return {}; }
+    std::wstring get_result_name() const override { return L"slow"; }
+    void cancel() override
+    {
+        std::lock_guard lock(m_mutex);
+        m_cancelled = true;
+        m_changed.notify_all();
+    }
+    void release()
+    {
+        std::lock_guard lock(m_mutex);
+        m_released = true;
+        m_changed.notify_all();
+    }
+
+    std::atomic<bool> loading{false};
+    std::atomic<bool> finished{false};
+
+private:
+    const std::chrono::milliseconds m_stop_time;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_released = false;
+    bool m_cancelled = false;
 };
 
 const std::wstring ext = corr_engine::archiver_t::get_default_file_ext();
@@ -406,6 +454,59 @@ TEST(ExportDialog, AFailedLoadLeavesTheDialogWaitingAndCancelStillCloses)
     EXPECT_TRUE(fs::is_empty(tmp.path()));
 }
 
+TEST(ExportDialog, CancelNeverWaitsForTheWorkerAndTheDialogEndsWhenItHasStopped)
+{
+    auto loader = boost::shared_ptr<slow_loader>(new slow_loader(std::chrono::seconds(30)));
+    temp_dir tmp;
+    export_dlg_t dlg(loader, tmp.path());
+
+    corr_test::modal_expectations modal;
+    modal.expect_shown<export_dlg_t>([&](export_dlg_t& d) {
+        click(d.find_control<wxButton>(L"m_export_btn"));
+        ASSERT_TRUE(corr_test::wait_until([&] { return loader->loading.load(); }));
+        auto* cancel = d.find_control<wxButton>(L"m_btn_cancel");
+        click(cancel);
+        // The window goes on working and says what it waits for.
+        ASSERT_TRUE(corr_test::wait_until([&] {
+            return label_of(d, L"m_status_text") == translate(L"dlg.export.status.cancelling");
+        }));
+        EXPECT_TRUE(d.is_cancelling());
+        EXPECT_FALSE(cancel->IsEnabled());
+        EXPECT_TRUE(loader->loading);
+        save_screenshot(&d, "export_dlg_cancelling");
+        d.Close(); // the close box waits as Cancel does
+        corr_test::pump_events(50);
+        EXPECT_TRUE(d.IsModal());
+        // The worker stops: the dialog ends.
+        loader->release();
+        ASSERT_TRUE(corr_test::wait_until([&] { return !d.IsModal(); }));
+    });
+    EXPECT_EQ(wxID_CANCEL, dlg.show_modal(nullptr));
+    EXPECT_TRUE(loader->finished);
+    EXPECT_TRUE(fs::is_empty(tmp.path()));
+}
+
+TEST(ExportDialog, ADialogDestroyedWhileItsWorkerRunsDoesNotWaitForIt)
+{
+    // Once cancelled, this loader takes two seconds to stop.
+    auto loader = boost::shared_ptr<slow_loader>(new slow_loader(std::chrono::seconds(2)));
+    temp_dir tmp;
+    {
+        export_dlg_t dlg(loader, tmp.path());
+        corr_test::modal_expectations modal;
+        modal.expect_shown<export_dlg_t>([&](export_dlg_t& d) {
+            click(d.find_control<wxButton>(L"m_export_btn"));
+            ASSERT_TRUE(corr_test::wait_until([&] { return loader->loading.load(); }));
+            d.EndModal(wxID_CANCEL); // as a host that closes it
+        });
+        dlg.show_modal(nullptr);
+    }
+    EXPECT_TRUE(loader->loading) << "the destructor waited for the worker";
+    // The worker ends on its own, cut off from the dialog that is gone.
+    EXPECT_TRUE(corr_test::wait_until([&] { return loader->finished.load(); }, 10000));
+    corr_test::pump_events(50);
+}
+
 TEST(ExportDialog, ALoadedResultIsPackedWithItsSourcesAndTheLoaderMessagesInTheLog)
 {
     temp_dir tmp;
@@ -472,12 +573,15 @@ TEST(ExportDialog, APackingFailureIsLoggedAsErrorLines)
     corr_test::modal_expectations modal;
     modal.expect_shown<export_dlg_t>([&](export_dlg_t& d) {
         click(d.find_control<wxButton>(L"m_export_btn"));
-        ASSERT_TRUE(corr_test::wait_until([&] { return d.is_finished() && !log_of(d).empty(); }));
+        // The worker's messages are in the log by the time "finished" shows.
+        ASSERT_TRUE(corr_test::wait_until([&] { return d.is_finished(); }));
+        const std::wstring expected =
+            L"Error: The result folder " + result.wstring() + L" does not exist.\n" +
+            translate(L"dlg.export.error.msg",
+                      {{L"message", translate(L"dlg.export.error.general")}});
+        EXPECT_EQ(expected, log_of(d));
         corr_test::pump_events(600); // a second batch would come within 500 ms
-        EXPECT_EQ(L"Error: The result folder " + result.wstring() + L" does not exist.\n" +
-                      translate(L"dlg.export.error.msg",
-                                {{L"message", translate(L"dlg.export.error.general")}}),
-                  log_of(d));
+        EXPECT_EQ(expected, log_of(d));
         EXPECT_EQ(L"Export of run5 finished", d.get_title());
         save_screenshot(&d, "export_dlg_errors");
         EXPECT_FALSE(d.has_warnings());

@@ -2,9 +2,10 @@
 // driven with the mouse: check cells, in-cell buttons, combo edits, tooltips.
 #include "../../unit/grid_models/model_data.h"
 #include "../gridview8/grid_fixture.h"
+#include "painted_buttons.h"
 
-#include "corr_dialogs2/rule_grid_models.h"
 #include "corr_dialogs2/rule_combo_models.h"
+#include "corr_dialogs2/rule_grid_models.h"
 #include "corr_dialogs2/stack_combo_grid_model.h"
 #include "corr_dialogs2/suppression_grid_model.h"
 
@@ -35,6 +36,13 @@ wxBitmap box_image(bool checked)
 }
 
 template <class M> constexpr bool is_editing_model = std::is_base_of_v<gridview8::IEditingModel, M>;
+template <class M, class = void> struct has_check_column : std::false_type
+{
+};
+template <class M>
+struct has_check_column<M, std::void_t<decltype(&M::set_check_image)>> : std::true_type
+{
+};
 
 class model_window : public grid_test::grid_host
 {
@@ -59,7 +67,7 @@ protected:
         if constexpr (is_editing_model<M>)
             grid->SetEditingModel(&model);
         grid->SetImageList(std::vector<wxBitmap>{box_image(false), box_image(true)});
-        if constexpr (std::is_member_function_pointer_v<decltype(&M::set_check_image)>) {
+        if constexpr (has_check_column<M>::value) {
             model.set_check_image(1);
             model.set_uncheck_image(0);
         }
@@ -90,6 +98,25 @@ using editable_models =
     ::testing::Types<editable_suppression_grid_model_t, editable_aspect_grid_model_t,
                      editable_combo_aspect_model_t, editable_stack_grid_model_t>;
 TYPED_TEST_SUITE(check_cell_window, editable_models);
+
+// The suppression grid with its check column (the delete dialog) and
+// without one (the viewer's list of suppressions), filled with every rule
+// set of the sample files.
+template <class M> class view_button_window : public model_window
+{
+protected:
+    view_button_window()
+    {
+        model.add_rules(files.all_rule_sets());
+        if constexpr (has_check_column<M>::value)
+            model.set_count(model.GetRowCount());
+    }
+    M model;
+};
+
+using suppression_models =
+    ::testing::Types<editable_suppression_grid_model_t, suppression_grid_model_t>;
+TYPED_TEST_SUITE(view_button_window, suppression_models);
 
 } // namespace
 
@@ -128,61 +155,62 @@ TYPED_TEST(check_cell_window, LeftClickOnACheckCellTogglesTheRowAndNotifies)
     EXPECT_EQ(seen.back(), std::make_pair(1, false));
 }
 
-TEST_F(model_window, ViewButtonReportsTheRuleLineAndIgnoresRightAndRepeatedPresses)
+TYPED_TEST(view_button_window, ViewButtonWhereItIsDrawnReportsTheRuleLine)
 {
-    editable_suppression_grid_model_t model;
-    model.add_rules(files.all_rule_sets());
-    model.set_count(model.GetRowCount());
-    install(model, L"View");
-    tooltip_model_t tooltips(grid, &model);
-    grid->SetTooltipModel(&tooltips);
+    auto& m = this->model;
+    this->install(m, L"View");
     std::vector<std::pair<int, int>> clicks;
-    model.button_clicked().connect([&](int row, int rule) { clicks.emplace_back(row, rule); });
+    m.button_clicked().connect([&](int row, int rule) { clicks.emplace_back(row, rule); });
+    corr_test::painted_buttons painted(*this->grid);
+    // Row 2 ("Leaks") has three rules: a button on each line, all in the
+    // code location column.
+    const int code = suppression_grid_model_t::code_location_column;
+    ASSERT_TRUE(corr_test::wait_until([&] { return painted.in_cell(2, code).size() == 3; }));
+    for (const auto& [row, col] : painted.cells_with_buttons())
+        EXPECT_EQ(col, code) << "a button drawn in row " << row;
+    const auto buttons = painted.in_cell(2, code);
+    EXPECT_EQ(buttons[0].caption, L"View");
+    uicore7::ISysWindow& window = *this->control->GetSysWindow();
 
-    // Row 2 ("Leaks") has three rules: a button on each line.
-    const auto button = model.get_button_rect(2, 4);
-    const int line = model.get_line_height();
-    ASSERT_GT(button.width(), 10);
-    ASSERT_EQ(button.height(), model.GetItemSize(2));
-    const int middle = (button.top + button.bottom) / 2;
-    const int x = (button.left + button.right) / 2;
-
-    click(to_screen(x, middle));
+    this->click(corr_test::centre_on_screen(buttons[1], window));
     ASSERT_TRUE(corr_test::wait_until([&] { return !clicks.empty(); }));
     EXPECT_EQ(clicks.back(), std::make_pair(2, 1));
-    click(to_screen(x, middle + line));
+    this->click(corr_test::centre_on_screen(buttons[2], window));
     ASSERT_TRUE(corr_test::wait_until([&] { return clicks.size() == 2; }));
     EXPECT_EQ(clicks.back(), std::make_pair(2, 2));
 
-    click(to_screen(x, middle), wxMOUSE_BTN_RIGHT);
-    click(to_screen(button.left - 20, middle)); // the code location text, not the button
+    const wxPoint middle = corr_test::centre_on_screen(buttons[1], window);
+    this->click(middle, wxMOUSE_BTN_RIGHT);
+    this->click(middle - wxPoint(buttons[1].rect.width() / 2 + 20, 0)); // the text beside it
     EXPECT_EQ(clicks.size(), 2u);
-    double_click(to_screen(x, middle)); // the second press carries the double-click bit
+    this->double_click(middle); // the second press carries the double-click bit
     ASSERT_TRUE(corr_test::wait_until([&] { return clicks.size() >= 3; }));
     corr_test::pump_events(100);
     EXPECT_EQ(clicks.size(), 3u);
 }
 
-TEST_F(model_window, ViewButtonTooltipAppearsOverTheButtonOnly)
+TYPED_TEST(view_button_window, ViewButtonTooltipAppearsOverTheButtonOnly)
 {
-    editable_suppression_grid_model_t model;
-    model.add_rules(files.all_rule_sets());
-    model.set_count(model.GetRowCount());
-    install(model, L"View");
-    tooltip_model_t tooltips(grid, &model);
-    grid->SetTooltipModel(&tooltips);
-    EXPECT_FALSE(tooltips.HasTooltip(4));
+    auto& m = this->model;
+    this->install(m, L"View");
+    tooltip_model_t tooltips(this->grid, &m);
+    this->grid->SetTooltipModel(&tooltips);
+    EXPECT_FALSE(tooltips.HasTooltip(suppression_grid_model_t::code_location_column));
     EXPECT_TRUE(tooltips.HasTooltip(0));
     const std::wstring tip = word(L"dlg.suppressions.view_button.tooltip");
-    auto shown = [&] { return control->GetToolTipText().ToStdWstring(); };
+    auto shown = [&] { return this->control->GetToolTipText().ToStdWstring(); };
+    corr_test::painted_buttons painted(*this->grid);
+    const int code = suppression_grid_model_t::code_location_column;
+    ASSERT_TRUE(corr_test::wait_until([&] { return painted.in_cell(0, code).size() == 1; }));
+    const wxPoint middle =
+        corr_test::centre_on_screen(painted.in_cell(0, code)[0], *this->control->GetSysWindow());
 
-    const auto button = model.get_button_rect(0, 4);
     wxUIActionSimulator sim;
-    sim.MouseMove(to_screen((button.left + button.right) / 2, (button.top + button.bottom) / 2));
+    sim.MouseMove(middle);
     ASSERT_TRUE(corr_test::wait_until([&] { return shown() == tip; }));
-    sim.MouseMove(to_screen(button.left - 30, (button.top + button.bottom) / 2));
+    sim.MouseMove(middle - wxPoint(painted.in_cell(0, code)[0].rect.width() / 2 + 30, 0));
     EXPECT_TRUE(corr_test::wait_until([&] { return shown() != tip; }));
-    sim.MouseMove(cell_centre(1, 0));
+    sim.MouseMove(this->cell_centre(1, 0));
     corr_test::pump_events(60);
     EXPECT_NE(shown(), tip);
 }
@@ -195,11 +223,14 @@ TEST_F(model_window, StackButtonsOfTheAspectAndComboGridsReportTheirRow)
     install(aspects, L"Stack");
     std::vector<int> rows;
     aspects.button_clicked().connect([&](int row) { rows.push_back(row); });
-    auto centre = [](const uicore7::screen_rectangle<int>& r) {
-        return std::make_pair((r.left + r.right) / 2, (r.top + r.bottom) / 2);
-    };
-    auto [ax, ay] = centre(aspects.get_button_rect(1, aspect_grid_model_t::stack_column));
-    click(to_screen(ax, ay));
+    uicore7::ISysWindow& window = *control->GetSysWindow();
+    {
+        corr_test::painted_buttons painted(*grid);
+        ASSERT_TRUE(corr_test::wait_until(
+            [&] { return painted.in_cell(1, aspect_grid_model_t::stack_column).size() == 1; }));
+        click(corr_test::centre_on_screen(painted.in_cell(1, aspect_grid_model_t::stack_column)[0],
+                                          window));
+    }
     ASSERT_TRUE(corr_test::wait_until([&] { return !rows.empty(); }));
     EXPECT_EQ(rows, std::vector<int>{1});
     grid->DetachModels();
@@ -211,8 +242,13 @@ TEST_F(model_window, StackButtonsOfTheAspectAndComboGridsReportTheirRow)
     install(combos, L"Edit");
     rows.clear();
     combos.button_clicked().connect([&](int row) { rows.push_back(row); });
-    auto [cx, cy] = centre(combos.get_button_rect(0, combo_aspect_model_t::stack_column));
-    click(to_screen(cx, cy));
+    {
+        corr_test::painted_buttons painted(*grid);
+        ASSERT_TRUE(corr_test::wait_until(
+            [&] { return painted.in_cell(0, combo_aspect_model_t::stack_column).size() == 1; }));
+        click(corr_test::centre_on_screen(painted.in_cell(0, combo_aspect_model_t::stack_column)[0],
+                                          window));
+    }
     ASSERT_TRUE(corr_test::wait_until([&] { return !rows.empty(); }));
     EXPECT_EQ(rows, std::vector<int>{0});
     EXPECT_FALSE(grid->IsEditing()); // the stack column has no combo box
@@ -253,6 +289,8 @@ TEST_F(model_window, StackComboPicksWriteAtOnceAndOpenEditsAreSaved)
     model.init(control->GetSysWindow()); // a second init replaces the combo box
     EXPECT_EQ(control->GetRootElement()->GetChildren().size(), children + 1);
     const auto stack = rule->get_stack(false);
+    const callstack_frame_t frame_before = as_stack_item(rule->get_item(sdt_call_stack))->frame(0);
+    ASSERT_TRUE(frame_before.source_active && frame_before.line_active);
 
     click(cell_centre(0, 2)); // frame 0, source file
     ASSERT_TRUE(corr_test::wait_until([&] { return grid->IsEditing(); }));
@@ -265,6 +303,8 @@ TEST_F(model_window, StackComboPicksWriteAtOnceAndOpenEditsAreSaved)
     sim.Char(WXK_ESCAPE); // cancelling takes the pick back
     ASSERT_TRUE(corr_test::wait_until([&] { return !grid->IsEditing(); }));
     EXPECT_TRUE(stack->is_frame_field_active(0, sdt_source));
+    // The line went with the source; it comes back with it.
+    EXPECT_EQ(as_stack_item(rule->get_item(sdt_call_stack))->frame(0), frame_before);
 
     // A value chosen but not yet committed reaches the rule through save_editors_data.
     auto* combo = dynamic_cast<uiframe7::CComboBox*>(model.GetEditorInt(0, 0));

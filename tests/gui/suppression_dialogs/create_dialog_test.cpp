@@ -197,6 +197,92 @@ TEST_F(CreateSuppressionDialog, AnyProblemAppliesToEveryRule)
         EXPECT_FALSE(rule->is_item_active(suppfmt3::sdt_problem_type));
 }
 
+TEST_F(CreateSuppressionDialog, AnyProblemTypeIsTakenBackWhenOkSavesNothing)
+{
+    const fs::path outside = dir / "somewhere else" / "shared.sup";
+    fs::create_directories(outside.parent_path());
+    fs::copy_file(suppdlg_test::test_data("sup/canonical_v2.sup"), outside);
+    open();
+    wxChoice* problem = suppdlg_test::control<wxChoice>(*dlg, "m_choice_problem");
+    const std::wstring concrete = problem->GetString(0).ToStdWstring();
+    auto pick = [&](const std::wstring& entry) {
+        problem->SetFocus();
+        ASSERT_TRUE(corr_test::wait_until([&] { return problem->HasFocus(); }));
+        wxUIActionSimulator sim;
+        ASSERT_TRUE(sim.Select(entry));
+        ASSERT_TRUE(corr_test::wait_until([&] { return problem->GetStringSelection() == entry; }));
+    };
+    pick(translate(L"dlg.suppression_grid.any_value"));
+    filelist()->SetValue(outside.wstring());
+    {
+        // Not into that file after all: back in the dialog, nothing saved.
+        corr_test::modal_expectations modal;
+        modal.expect_message(shareddlg3::message_window_t::answer_no);
+        press_ok();
+        EXPECT_TRUE(modal.all_met());
+    }
+    ASSERT_TRUE(dlg->IsShown());
+    for (int row = 0; row < dlg->get_model().GetRowCount(); ++row)
+        EXPECT_TRUE(dlg->get_model().get_rule(row)->is_item_active(suppfmt3::sdt_problem_type))
+            << row;
+
+    // The user goes back to the concrete type and agrees this time.
+    pick(concrete);
+    corr_test::modal_expectations modal;
+    modal.expect_message(shareddlg3::message_window_t::answer_yes);
+    press_ok();
+    ASSERT_TRUE(ended_ok());
+    const auto sets = read_back(outside);
+    ASSERT_EQ(sets.size(), 3u);
+    ASSERT_EQ(sets.back()->get_rules().size(), 2u);
+    for (const auto& rule : sets.back()->get_rules())
+        EXPECT_TRUE(rule->is_item_active(suppfmt3::sdt_problem_type));
+}
+
+TEST_F(CreateSuppressionDialog, ANameTypedWithoutExtensionMakesASupFileTheResultReadsAgain)
+{
+    open();
+    filelist()->SetFocus();
+    ASSERT_TRUE(corr_test::wait_until(
+        [&] { return filelist()->HasFocus() || wxWindow::FindFocus() != nullptr; }));
+    filelist()->SelectAll();
+    wxUIActionSimulator sim;
+    sim.Text("known-leaks");
+    ASSERT_TRUE(corr_test::wait_until([&] {
+        return filelist()->GetValue() == "known-leaks" && ok()->IsEnabled();
+    })) << filelist()->GetValue()
+        << " " << suppdlg_test::tooltip_of(filelist());
+    press_ok();
+    ASSERT_TRUE(ended_ok());
+    EXPECT_FALSE(fs::exists(result.suppressions() / "known-leaks"));
+    ASSERT_TRUE(dlg->get_new_suppression_file());
+    EXPECT_EQ(fs::path(dlg->get_new_suppression_file()->get_path()),
+              result.suppressions() / "known-leaks.sup");
+    // What the result's folder listing (and with it the matcher and the viewer) reads.
+    const corr_engine::suppressions_manager_t manager;
+    const auto listed = manager.get_result_suppressions(result.engine->get_marker_file());
+    ASSERT_EQ(listed.size(), 1u);
+    EXPECT_EQ(fs::path(listed[0]->get_path()), result.suppressions() / "known-leaks.sup");
+    EXPECT_EQ(listed[0]->get_rulesets(true).size(), 1u);
+}
+
+TEST_F(CreateSuppressionDialog, AFolderTypedAsTheFileIsRefusedWithItsTooltip)
+{
+    fs::create_directories(result.suppressions() / "older ones");
+    open();
+    const std::wstring folder_tip = get_file_name_tooltip(file_name_problem_t::folder);
+    for (const std::wstring& typed :
+         {(dir / "elsewhere").wstring() + L"/", result.suppressions().wstring(),
+          std::wstring(L"older ones")}) {
+        filelist()->SetValue(typed);
+        EXPECT_FALSE(ok()->IsEnabled()) << fs::path(typed);
+        EXPECT_EQ(suppdlg_test::tooltip_of(filelist()), folder_tip) << fs::path(typed);
+    }
+    filelist()->SetValue(L"older ones.sup");
+    EXPECT_TRUE(ok()->IsEnabled());
+    EXPECT_TRUE(suppdlg_test::tooltip_of(filelist()).empty());
+}
+
 TEST_F(CreateSuppressionDialog, AbsolutePathGetsTheSuppressionExtension)
 {
     open();

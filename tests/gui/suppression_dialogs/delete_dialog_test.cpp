@@ -14,6 +14,8 @@
 #include <wx/button.h>
 #include <wx/xrc/xmlres.h>
 
+#include <fstream>
+
 using namespace corr_dialogs2;
 namespace fs = std::filesystem;
 
@@ -151,4 +153,44 @@ TEST_F(DeleteSuppressionDialog, OldFormatFileRefusedRewriteStaysByteForByte)
     }
     EXPECT_FALSE(dlg.is_saved());
     EXPECT_EQ(suppdlg_test::read_bytes(old_file), before);
+}
+
+TEST_F(DeleteSuppressionDialog, AFailedSaveKeepsTheRuleSetsAndALaterSaveDropsNoneTheUserKept)
+{
+    const auto sets = file->get_rulesets(true);
+    const std::string on_disk = suppdlg_test::read_bytes(file_path);
+    delete_suppression_dlg_t dlg({sets[0], sets[2]});
+    ASSERT_TRUE(dlg.create(nullptr));
+
+    // No new file can be written where the file lies: its folder is moved
+    // away and a plain file takes its place.
+    const fs::path folder = file_path.parent_path();
+    const fs::path moved = folder.parent_path() / "weggeräumt ordner";
+    fs::rename(folder, moved);
+    std::ofstream(folder) << "in the way";
+    {
+        corr_test::modal_expectations modal;
+        modal.expect_message(
+            shareddlg3::message_window_t::answer_yes, [&](shareddlg3::message_dialog_t& m) {
+                EXPECT_NE(m.message().text().find(file_path.wstring()), std::wstring::npos)
+                    << "names the file";
+            });
+        press_ok(dlg);
+        EXPECT_TRUE(modal.all_met());
+    }
+    EXPECT_FALSE(dlg.is_saved());
+    EXPECT_NE(dlg.GetReturnCode(), wxID_OK);
+    // Memory says what the file on disk still says.
+    EXPECT_EQ(file->get_rulesets(true), sets);
+    EXPECT_EQ(file->to_text(), on_disk);
+    for (const auto& set : sets)
+        EXPECT_EQ(set->get_file(), file);
+
+    // The folder is back; the user keeps s3 after all and confirms again.
+    fs::remove(folder);
+    fs::rename(moved, folder);
+    dlg.get_model().set_checked(1, false);
+    press_ok(dlg);
+    EXPECT_TRUE(dlg.is_saved());
+    EXPECT_EQ(names_on_disk(), (std::vector<std::wstring>{L"s2", L"s3"}));
 }

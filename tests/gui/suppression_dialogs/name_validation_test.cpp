@@ -2,11 +2,15 @@
 // dialog, as values: which problem is reported first and what the tool-tip
 // says (texts of the built "shareddlg" catalogue).
 #include "corr_dialogs2/supp_name_validation.h"
+#include "corr_dialogs2/ui_utils.h"
 
 #include "settings2/catalog.h"
 #include "shareddlg3/utils.h"
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
+#include <random>
 
 using namespace corr_dialogs2;
 
@@ -114,4 +118,31 @@ TEST(SuppressionNameChecks, RuleSetNameAndOkEnabling)
     EXPECT_FALSE(is_create_ok_enabled(file_name_problem_t::none, true, false)) << "blank rule-set name";
     EXPECT_FALSE(is_create_ok_enabled(file_name_problem_t::too_long, true, true));
     EXPECT_FALSE(is_create_ok_enabled(file_name_problem_t::no_folder, true, true));
+}
+
+TEST(SuppressionNameChecks, AFolderIsNoFileName)
+{
+    // A real suppressions folder with a folder in it.
+    const std::filesystem::path real = std::filesystem::temp_directory_path() /
+                                       ("corr names " + std::to_string(std::random_device()()));
+    std::filesystem::create_directories(real / "suppressions" / "older");
+    const std::wstring suppressions = (real / "suppressions").wstring();
+
+    EXPECT_EQ(check_suppression_file_name(L"/home/me/rules/", suppressions),
+              file_name_problem_t::folder);
+    EXPECT_EQ(check_suppression_file_name(suppressions + L"/", suppressions),
+              file_name_problem_t::folder);
+    EXPECT_EQ(check_suppression_file_name(suppressions + L"/older", suppressions),
+              file_name_problem_t::folder);
+    EXPECT_EQ(check_suppression_file_name(L"older", suppressions), file_name_problem_t::folder);
+    EXPECT_EQ(check_suppression_file_name(L"older.sup", suppressions), file_name_problem_t::none);
+    EXPECT_EQ(check_suppression_file_name(L"known-leaks", suppressions), file_name_problem_t::none);
+    // The characters a name cannot hold are still reported first.
+    EXPECT_EQ(check_suppression_file_name(L"older/", suppressions), file_name_problem_t::bad_chars);
+
+    const std::wstring tip = get_file_name_tooltip(file_name_problem_t::folder);
+    EXPECT_EQ(tip, translate(L"dlg.suppressions.new.filename_is_folder"));
+    EXPECT_NE(tip.find(L"folder"), std::wstring::npos)
+        << "a text of the catalogue, not a fall-back";
+    std::filesystem::remove_all(real);
 }

@@ -82,6 +82,31 @@ TEST(Scheduler, DelayedTasksRunNotBeforeTheirTimeAndInDueOrder)
     EXPECT_GE(elapsed[1], std::chrono::milliseconds(100));
 }
 
+TEST(Scheduler, DelayedTasksFollowTheClockTheSchedulerIsGiven)
+{
+    std::vector<int> ran;
+    {
+        corr_test::manual_clock clock;
+        Scheduler::Get()->AddDelayedTask(make_task([&] { ran.push_back(100); }), 100,
+                                         L"test.clock");
+        std::thread([&] {
+            Scheduler::Get()->AddDelayedTask(make_task([&] { ran.push_back(40); }), 40,
+                                             L"test.clock");
+        }).join();
+        corr_test::pump_events(150); // real time passes; the clock does not
+        EXPECT_TRUE(ran.empty());
+        clock.advance(std::chrono::milliseconds(39));
+        EXPECT_TRUE(ran.empty());
+        clock.advance(std::chrono::milliseconds(1));
+        EXPECT_EQ(std::vector<int>{40}, ran);
+        clock.advance(std::chrono::milliseconds(60));
+        EXPECT_EQ((std::vector<int>{40, 100}), ran);
+        Scheduler::Get()->AddDelayedTask(make_task([&] { ran.push_back(30); }), 30, L"test.clock");
+    }
+    // The steady clock is back, and the timer with it.
+    ASSERT_TRUE(wait_until([&] { return ran.size() == 3; }));
+}
+
 TEST(Scheduler, DelayedTaskAddedOnTheGuiThreadRuns)
 {
     bool ran = false;

@@ -1,9 +1,10 @@
 // The check column around each model, header groups, and the in-cell button
 // found by geometry alone (no window).
+#include "../../gui/support/painted_buttons.h"
 #include "model_data.h"
 
-#include "corr_dialogs2/rule_grid_models.h"
 #include "corr_dialogs2/rule_combo_models.h"
+#include "corr_dialogs2/rule_grid_models.h"
 #include "corr_dialogs2/stack_combo_grid_model.h"
 #include "corr_dialogs2/suppression_grid_model.h"
 
@@ -175,19 +176,43 @@ TEST(HeaderVisibility, GroupChildrenShareTheWeightAndAPlacedGroupFails)
 
 namespace {
 
-// The suppression grid with columns of 100 pixels (the check column first)
-// and rows of 20 pixels: the geometry a grid would give it.
-struct button_geometry : ::testing::Test
+// The suppression grid with its check column (the delete dialog) and
+// without one (the viewer), in columns of 100 pixels placed as its header
+// shows them and rows of 20 pixels: the geometry a grid would give it. The
+// view buttons are taken from what the model paints into the code location
+// cell, not from the geometry the press handling computes.
+template <class M> struct button_geometry : ::testing::Test
 {
+    static constexpr int code = suppression_grid_model_t::code_location_column;
+
     void SetUp() override
     {
         model.add_rules(files.all_rule_sets());
+        if constexpr (std::is_base_of_v<editable_suppression_grid_model_t, M>)
+            model.set_count(model.GetRowCount());
         model.SetDefaultItemSize(20);
+        model.init_header_vis_model(header);
         columns.SetDefaultItemSize(100);
-        columns.SetCount(7);
+        columns.SetCount(header.GetLeafCount());
         model.SetColumnViewModel(&columns);
         model.enable_button(true);
         model.button_clicked().connect([&](int row, int rule) { clicks.emplace_back(row, rule); });
+    }
+    // The cell where the header shows a model column.
+    uicore7::rectangle<double> cell(int row, int col) const
+    {
+        const auto x = columns.GetItemRange(header.GetLeafPosition(col));
+        const auto y = model.GetItemRange(row);
+        return {double(x.start), double(y.start), double(x.end), double(y.end)};
+    }
+    std::vector<uicore7::rectangle<int>> painted_buttons(int row)
+    {
+        corr_test::recording_painter painter;
+        model.OnDrawCell(&painter, row, code, cell(row, code));
+        std::vector<uicore7::rectangle<int>> rects;
+        for (const auto& button : painter.buttons)
+            rects.push_back(button.rect);
+        return rects;
     }
     bool press(int x, int y, int keys = 0, uicore7::MouseButton button = uicore7::mbLeft)
     {
@@ -198,46 +223,78 @@ struct button_geometry : ::testing::Test
     }
 
     sample_files files;
-    suppression_grid_model_t model;
+    M model;
+    header_vis_model_t header;
     uiframe7::CSimpleContinuousItemViewModel columns;
     std::vector<std::pair<int, int>> clicks;
 };
 
+using suppression_models =
+    ::testing::Types<editable_suppression_grid_model_t, suppression_grid_model_t>;
+TYPED_TEST_SUITE(button_geometry, suppression_models);
+
+int middle(int a, int b)
+{
+    return (a + b) / 2;
+}
+
 } // namespace
 
-TEST_F(button_geometry, APressOnTheButtonReportsTheRowAndTheRuleLine)
+TYPED_TEST(button_geometry, APressOnAPaintedButtonReportsTheRowAndTheRuleLine)
 {
     // Without a window the button is 10 pixels wide and a line is the row
     // height less the grid's padding.
-    EXPECT_EQ(model.get_button_width(), 10);
-    EXPECT_EQ(model.get_line_height(), 14);
-    // Row 1 ("Counter races") has two rules: two lines.
-    const auto row1 = model.GetRowContentRect(1);
-    EXPECT_EQ(row1, (uicore7::screen_rectangle<int>(0, 20, 700, 20 + 20 + 14)));
-    const auto button = model.get_button_rect(1, 4);
-    EXPECT_EQ(button, (uicore7::screen_rectangle<int>(590, 20, 600, 54)));
-    EXPECT_EQ(model.GetColIndex(595), 4);
-    EXPECT_EQ(model.GetColIndex(50), -1); // the check column
+    EXPECT_EQ(this->model.get_button_width(), 10);
+    EXPECT_EQ(this->model.get_line_height(), 14);
+    // Row 1 ("Counter races") has two rules: two lines, a button on each.
+    const auto buttons = this->painted_buttons(1);
+    ASSERT_EQ(buttons.size(), 2u);
+    const auto code_cell = this->cell(1, this->code);
+    EXPECT_EQ(buttons[0].right, static_cast<int>(code_cell.right) - 1);
+    EXPECT_EQ(this->model.GetColIndex(middle(buttons[0].left, buttons[0].right)), this->code);
 
-    EXPECT_FALSE(press(595, 25));
-    EXPECT_FALSE(press(590, 20)); // the top left corner belongs to the button
-    EXPECT_FALSE(press(599, 53)); // the second rule's line
-    EXPECT_FALSE(press(589, 25)); // beside it
-    EXPECT_FALSE(press(495, 25)); // the button of another column: none
-    EXPECT_EQ(clicks, (std::vector<std::pair<int, int>>{{1, 0}, {1, 0}, {1, 1}}));
+    EXPECT_FALSE(this->press(middle(buttons[0].left, buttons[0].right),
+                             middle(buttons[0].top, buttons[0].bottom)));
+    EXPECT_FALSE(this->press(buttons[0].left, buttons[0].top)); // its top left corner
+    EXPECT_FALSE(this->press(middle(buttons[1].left, buttons[1].right),
+                             middle(buttons[1].top, buttons[1].bottom)));
+    EXPECT_EQ(this->clicks, (std::vector<std::pair<int, int>>{{1, 0}, {1, 0}, {1, 1}}));
+
+    this->press(buttons[0].left - 1, middle(buttons[0].top, buttons[0].bottom)); // beside it
+    const auto problem = this->cell(1, suppression_grid_model_t::problem_column);
+    this->press(static_cast<int>(problem.right) - 2, middle(buttons[0].top, buttons[0].bottom));
+    EXPECT_EQ(this->clicks.size(), 3u);
 }
 
-TEST_F(button_geometry, ModifiedDoubleClickAndDisabledButtonNeverClick)
+TYPED_TEST(button_geometry, ModifiedDoubleClickAndDisabledButtonNeverClick)
 {
+    const auto button = this->painted_buttons(1).at(0);
+    const int x = middle(button.left, button.right);
+    const int y = middle(button.top, button.bottom);
     // The right button and a plain double click are pressed for real in the GUI tests.
-    EXPECT_FALSE(press(595, 25, uicore7::ksDoubleClick | uicore7::ksShift));
-    model.enable_button(false);
-    EXPECT_FALSE(press(595, 25));
-    EXPECT_TRUE(clicks.empty());
+    EXPECT_FALSE(this->press(x, y, uicore7::ksDoubleClick | uicore7::ksShift));
+    this->model.enable_button(false);
+    EXPECT_FALSE(this->press(x, y));
+    EXPECT_TRUE(this->clicks.empty());
     // Without a column view model nothing is under any x.
-    model.enable_button(true);
-    model.SetColumnViewModel(nullptr);
-    EXPECT_EQ(model.GetColIndex(595), -1);
-    EXPECT_FALSE(press(595, 25));
-    EXPECT_TRUE(clicks.empty());
+    this->model.enable_button(true);
+    this->model.SetColumnViewModel(nullptr);
+    EXPECT_EQ(this->model.GetColIndex(x), -1);
+    EXPECT_FALSE(this->press(x, y));
+    EXPECT_TRUE(this->clicks.empty());
+}
+
+TEST(CheckColumnGeometry, TheCheckColumnIsShownFirstAndNamesNoModelColumn)
+{
+    // The check column rule: model columns follow it in order.
+    sample_files files;
+    editable_suppression_grid_model_t model;
+    model.add_rules(files.all_rule_sets());
+    uiframe7::CSimpleContinuousItemViewModel columns;
+    columns.SetDefaultItemSize(100);
+    columns.SetCount(model.GetColumnCount());
+    model.SetColumnViewModel(&columns);
+    EXPECT_EQ(model.GetColIndex(50), -1);
+    for (int col = 0; col < model.get_check_column(); ++col)
+        EXPECT_EQ(model.GetColIndex(150 + 100 * col), col);
 }

@@ -87,3 +87,34 @@ TEST(SuppressionFile, SavingACopyElsewhereLeavesTheFileAsItWas)
     EXPECT_EQ(read_bytes(dir / "old.sup"), read_bytes(sup_test::data_dir() / "previous_v1.sup"));
     EXPECT_EQ(read_bytes(dir / "copy.sup").rfind("corr-suppressions 2\n", 0), 0u);
 }
+
+TEST(SuppressionFile, RestoreTakesBackWhatWasAddedAndRemovedSinceTheSnapshot)
+{
+    temp_dir dir;
+    auto file = boost::make_shared<suppression_file_t>((dir / "a.sup").wstring());
+    const auto one = named_set(L"one", recorded::use_after_free());
+    const auto two = named_set(L"two", recorded::race_read());
+    file->add_suppression(one);
+    file->add_suppression(two);
+    ASSERT_EQ(file->save(file->get_path(), sff_current), se_success);
+    file->resync_suppressions();
+    const std::string text = file->to_text();
+
+    const auto snapshot = file->take_snapshot();
+    const auto three = named_set(L"three", recorded::use_after_free());
+    file->remove_suppression(one);
+    file->add_suppression(three);
+    ASSERT_EQ(file->get_rulesets(true), (suppression_file_t::rule_sets_t{two, three}));
+    file->restore(*snapshot);
+
+    EXPECT_EQ(file->get_rulesets(true), (suppression_file_t::rule_sets_t{one, two}));
+    EXPECT_EQ(file->get_rulesets(false), (suppression_file_t::rule_sets_t{one, two}));
+    EXPECT_EQ(file->to_text(), text);
+    EXPECT_EQ(one->get_file(), file);
+    EXPECT_FALSE(three->get_file());
+    // The restored file goes on as before: a removal saves as usual.
+    file->remove_suppression(two);
+    ASSERT_EQ(file->save(file->get_path(), sff_current), se_success);
+    EXPECT_EQ(read_bytes(dir / "a.sup").find("\"two\""), std::string::npos);
+    EXPECT_NE(read_bytes(dir / "a.sup").find("\"one\""), std::string::npos);
+}

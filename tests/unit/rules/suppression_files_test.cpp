@@ -74,8 +74,35 @@ TEST(SaveSuppressionFiles, OlderFormatIsWrittenInTheCurrentOneByTheFirstSave)
     EXPECT_EQ(file->save(), suppfmt3::se_success);
     EXPECT_TRUE(file->is_current_format());
     EXPECT_EQ(sup_test::read_bytes(dir / "old.sup").rfind("corr-suppressions 2\n", 0), 0u);
-    // The saved state is the current one (resync after the save).
-    EXPECT_EQ(file->get_file()->get_rulesets(false).size(), 3u);
+}
+
+TEST(SuppressionFileWrapper, ASaveMakesWhatItWroteTheSavedStateAndAFailedSaveDoesNot)
+{
+    sup_test::temp_dir dir;
+    std::filesystem::copy_file(sup_test::data_dir() / "previous_v1.sup", dir / "old.sup");
+    const auto store = probstore3::suppression_file_t::open((dir / "old.sup").wstring());
+    ASSERT_TRUE(store);
+    const auto file = wrap_suppression_file(store);
+    const auto loaded = store->get_rulesets(false);
+    ASSERT_EQ(loaded.size(), 3u);
+
+    // One rule set taken out and one put in: not saved yet.
+    const auto added = recorded::named_set(L"race", recorded::race_read());
+    file->remove_suppression(loaded[0]);
+    file->add_suppression(added);
+    ASSERT_EQ(store->get_rulesets(false), loaded);
+
+    // A save that fails (a rule set without rules cannot be written) leaves
+    // the saved state as it was.
+    const auto empty = boost::make_shared<probstore3::suppression_rule_set_t>(L"empty");
+    file->add_suppression(empty);
+    EXPECT_EQ(file->save(), suppfmt3::se_empty_rule_set);
+    EXPECT_EQ(store->get_rulesets(false), loaded);
+
+    file->remove_suppression(empty);
+    ASSERT_EQ(file->save(), suppfmt3::se_success);
+    EXPECT_EQ(store->get_rulesets(false),
+              (probstore3::suppression_file_t::rule_sets_t{loaded[1], loaded[2], added}));
 }
 
 TEST(SaveSuppressionFiles, AFailureIsReportedOnceAndTheOtherFilesAreStillSaved)

@@ -107,3 +107,44 @@ TEST(SuppressionsManager, CreateSuppressionMakesNewFilesAndLoadsExistingOnes)
     EXPECT_FALSE(manager.create_suppression(marker.wstring(), (dir / "bad.sup").wstring()));
     EXPECT_EQ(manager.get_last_errors().size(), 1u);
 }
+
+TEST(SuppressionsManager, ANameWithoutExtensionBecomesASupFileTheFolderListingFinds)
+{
+    temp_dir dir;
+    const fs::path result = dir / "result with spaces";
+    fs::create_directories(result / "suppressions" / "a folder");
+    const fs::path marker = result / "r3.corr";
+    sup_test::write_bytes(marker, "corr-result 1\n");
+    const suppressions_manager_t manager;
+
+    // "known-leaks" would be a file the listing never reads again.
+    const auto created = manager.create_suppression(marker.wstring(), std::wstring(L"known-leaks"));
+    ASSERT_TRUE(created);
+    EXPECT_EQ(fs::path(created->get_path()), result / "suppressions" / "known-leaks.sup");
+    const auto sample =
+        probstore3::suppression_file_t::open((sup_test::data_dir() / "canonical_v2.sup").wstring());
+    ASSERT_TRUE(sample);
+    created->add_suppression(sample->get_rulesets(true).front());
+    ASSERT_EQ(created->save(created->get_path(), created->get_current_file_format()), 0);
+    EXPECT_EQ(leaves(manager.get_result_suppressions(marker.wstring())),
+              std::vector<std::wstring>{L"known-leaks.sup"});
+    // An extension of the user's own stays, absolute paths too.
+    const fs::path other = dir / "elsewhere";
+    EXPECT_EQ(
+        fs::path(manager.create_suppression(marker.wstring(), (other / "notes.txt").wstring())
+                     ->get_path()),
+        other / "notes.txt");
+    EXPECT_EQ(
+        fs::path(
+            manager.create_suppression(marker.wstring(), (other / "team").wstring())->get_path()),
+        other / "team.sup");
+
+    // A folder is no file to write: refused with a reason, nothing made.
+    for (const std::wstring& folder : {(dir / "elsewhere/").wstring(), std::wstring(L"a folder"),
+                                       (result / "suppressions" / "a folder").wstring()}) {
+        EXPECT_FALSE(manager.create_suppression(marker.wstring(), folder)) << fs::path(folder);
+        ASSERT_EQ(manager.get_last_errors().size(), 1u);
+        EXPECT_NE(manager.get_last_errors()[0].find(L"folder"), std::wstring::npos);
+    }
+    EXPECT_FALSE(fs::exists(dir / "elsewhere"));
+}

@@ -37,9 +37,11 @@ public:
     std::vector<file_ptr> get_project_suppressions(const basekit2::path_t& marker_file) const;
 
     // A file object for path (relative paths are taken in the result's
-    // suppressions folder). An existing file is loaded, so that saving adds
+    // suppressions folder; a name without an extension gets
+    // SuppressionFileExt). An existing file is loaded, so that saving adds
     // to it rather than replacing it; null when it cannot be read (the
-    // reason is in get_last_errors()). A new file is written on its first
+    // reason is in get_last_errors()), as for a path that names a folder.
+    // A new file is written on its first
     // save; the result's suppressions folder is created for it when missing.
     file_ptr create_suppression(const basekit2::path_t& marker_file, const basekit2::path_t& path) const;
 

@@ -52,6 +52,16 @@ public:
     // the saved state the current one.
     void resync_suppressions();
 
+    // The file as it is in memory now: its rule sets (shared, not copied),
+    // the text around them and what was last saved. restore() puts it back,
+    // so that edits which could not be saved leave memory as it was, in
+    // step with the file on disk.
+    class snapshot_t;
+    std::shared_ptr<const snapshot_t> take_snapshot() const;
+    // Rule sets added since the snapshot no longer name this file; those
+    // removed since name it again. The last error is kept.
+    void restore(const snapshot_t& snapshot);
+
     // Writes the rule sets to path in format, which must be the current
     // one. Writing to the file's own path also makes the file current-format
     // and the written text the reference for the next rewrite.

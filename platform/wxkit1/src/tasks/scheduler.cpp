@@ -212,10 +212,10 @@ public:
     {
         if (!task)
             return null_task;
-        const auto due = clock_type::now() + std::chrono::milliseconds(delay_ms);
         std::lock_guard lock(m_mutex);
         if (!m_dispatcher)
             return shut_down;
+        const auto due = now_locked() + std::chrono::milliseconds(delay_ms);
         m_delayed.push({due, ++m_seq, {task, name}});
         ++m_stats.added;
         if (!m_armed_for || due < *m_armed_for) {
@@ -249,6 +249,20 @@ public:
         scheduler_stats_t s = m_stats;
         s.executed = m_executed.load(std::memory_order_relaxed);
         return s;
+    }
+
+    void SetClock(clock_function_t now) override
+    {
+        std::lock_guard lock(m_mutex);
+        m_clock = std::move(now);
+        if (m_dispatcher && wxThread::IsMain())
+            arm_locked();
+    }
+
+    void RunDue() override
+    {
+        PLATKIT_ASSERT_MSG(wxThread::IsMain(), "Tasks run on the GUI thread.");
+        dispatch();
     }
 
     // GUI thread: run what is ready and what is due, then re-arm the timer.
@@ -315,9 +329,11 @@ private:
         m_dispatcher->CallAfter([this] { dispatch(); });
     }
 
+    clock_type::time_point now_locked() const { return m_clock ? m_clock() : clock_type::now(); }
+
     void take_due_locked(std::vector<ready_entry>& out)
     {
-        const auto now = clock_type::now();
+        const auto now = now_locked();
         while (!m_delayed.empty() && m_delayed.top().due <= now) {
             out.push_back(m_delayed.top().entry);
             m_delayed.pop();
@@ -326,14 +342,15 @@ private:
 
     void arm_locked()
     {
-        if (m_delayed.empty()) {
+        // A clock of someone else's moves when they say: no timer can wait for it.
+        if (m_delayed.empty() || m_clock) {
             m_dispatcher->disarm();
             m_armed_for.reset();
             return;
         }
         const auto due = m_delayed.top().due;
         m_armed_for = due;
-        m_dispatcher->arm(due - clock_type::now());
+        m_dispatcher->arm(due - now_locked());
     }
 
     void run_batch(std::vector<ready_entry>& batch)
@@ -350,6 +367,7 @@ private:
     std::vector<ready_entry> m_ready;
     std::priority_queue<delayed_entry, std::vector<delayed_entry>, later_first> m_delayed;
     std::optional<clock_type::time_point> m_armed_for;
+    clock_function_t m_clock; // empty: the steady clock
     std::uint64_t m_seq = 0;
     bool m_wake_posted = false;
     scheduler_stats_t m_stats;

@@ -5,6 +5,7 @@
 // after the wxApp has started and shuts it down before the app ends.
 #include "wxkit1/tasks/task.h"
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -20,6 +21,9 @@ enum error_code_t {
 
 // Told why Scheduler::Get returned null; not called when it succeeds.
 using status_callback_t = std::function<void(error_code_t)>;
+
+// The time by which delayed tasks fall due.
+using clock_function_t = std::function<std::chrono::steady_clock::time_point()>;
 
 struct scheduler_stats_t
 {
@@ -56,6 +60,15 @@ public:
                                            const std::wstring& name) = 0;
 
     virtual scheduler_stats_t GetStats() const = 0;
+
+    // Times delayed tasks by now() instead of the steady clock; an empty
+    // function puts the steady clock back. For tests of delays: with a
+    // clock of its own the scheduler sets no timer, and whoever moves that
+    // clock calls RunDue. now() is called from any thread, under the
+    // scheduler's lock.
+    virtual void SetClock(clock_function_t now) = 0;
+    // GUI thread: runs at once what is ready and what is due by the clock.
+    virtual void RunDue() = 0;
 };
 
 using scheduler_ptr_t = basekit2::intrusive_pointer_t<Scheduler>;
