@@ -48,6 +48,18 @@ const std::vector<command_t>& commands()
          "the problems none suppresses and ends with the line\n"
          "\"N problems, M suppressed, K not suppressed\". For CI.\n",
          run_check},
+        {"export-suppressions",
+         "export-suppressions (DIR|FILE.sup)... --format valgrind|lsan|tsan|ubsan|asan -o OUT",
+         "Write suppressions in an analyser's own format (valgrind --suppressions=OUT, ...).",
+         "Takes the suppressions of each FILE.sup and of each result folder DIR (the\n"
+         "result's and its project's files). The problems of the results give each\n"
+         "rule its Valgrind kind and the mangled C++ names Valgrind compares. A rule\n"
+         "the format can only approximate is listed as \"widened\", one it cannot\n"
+         "express as \"not expressible\" (nothing is written for it); both lists are\n"
+         "repeated in OUT's comments. OUT is replaced atomically.\n\n"
+         "  --format F        valgrind, lsan, tsan, ubsan or asan\n"
+         "  -o, --output OUT  the file to write\n",
+         run_export_suppressions},
     };
     return list;
 }
