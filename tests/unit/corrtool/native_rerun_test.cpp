@@ -233,4 +233,65 @@ TEST_F(NativeRerun, LeakSanitizerHidesExactlyTheExportedLeaks)
     EXPECT_NE(after.find("^alloc_token$", used), std::string::npos);
 }
 
+TEST_F(NativeRerun, ThreadSanitizerHidesTheRaceAndKeepsTheLockOrder)
+{
+    if (!have("clang") || !have("setarch"))
+        GTEST_SKIP() << "clang or setarch is not installed";
+    for (const char* p : {"thr_race_counter", "thr_lock_order"})
+        ASSERT_EQ(sh(std::string("clang -g -O0 -fsanitize=thread -pthread ") + quoted(source(std::string(p) + ".c")) +
+                     " -o " + p),
+                  0);
+    // Address randomisation off: clang 14's runtime can fail on high mmap randomisation.
+    const std::string run = "TSAN_OPTIONS=symbolize=1:halt_on_error=0:exitcode=23";
+    ASSERT_EQ(sh(run + " setarch -R ./thr_race_counter >/dev/null 2>race.txt"), 23);
+    ASSERT_EQ(sh(run + " setarch -R ./thr_lock_order >/dev/null 2>order.txt"), 23);
+    corrtool("import race.txt order.txt --result result");
+    const json problems = json::parse(corrtool("problems result --json")).at("problems");
+    std::vector<int> races;
+    size_t others = 0;
+    for (const auto& p : problems) {
+        if (p.at("kind") == "data race")
+            races.push_back(p.at("id"));
+        else
+            ++others;
+    }
+    ASSERT_FALSE(races.empty());
+    ASSERT_GT(others, 0u);
+    const std::string text = suppress_and_export(races, "tsan", m_dir / "tsan.supp");
+    EXPECT_NE(text.find("\nrace:^worker$\n"), std::string::npos) << text;
+
+    const std::string with = run + ":print_suppressions=1:suppressions=tsan.supp setarch -R ";
+    EXPECT_EQ(sh(with + "./thr_race_counter >/dev/null 2>race-after.txt"), 0);
+    const std::string race_after = read_file(m_dir / "race-after.txt");
+    EXPECT_EQ(race_after.find("WARNING: ThreadSanitizer"), std::string::npos) << race_after;
+    EXPECT_NE(race_after.find("race:^worker$"), std::string::npos) << race_after;
+    EXPECT_EQ(sh(with + "./thr_lock_order >/dev/null 2>order-after.txt"), 23);
+    EXPECT_NE(read_file(m_dir / "order-after.txt").find("WARNING: ThreadSanitizer: lock-order-inversion"),
+              std::string::npos);
+}
+
+TEST_F(NativeRerun, UndefinedBehaviorSanitizerHidesTheChosenChecks)
+{
+    if (!have("clang"))
+        GTEST_SKIP() << "clang is not installed";
+    ASSERT_EQ(sh("clang -g -O0 -fsanitize=undefined " + quoted(source("ub_multi.c")) + " -o ub"), 0);
+    const std::string run = "UBSAN_OPTIONS=symbolize=1:print_stacktrace=1:halt_on_error=0";
+    sh(run + " ./ub >/dev/null 2>before.txt");
+    corrtool("import before.txt --result result");
+    const json problems = json::parse(corrtool("problems result --json")).at("problems");
+    ASSERT_EQ(problems.size(), 4u);
+    // The first two checks are suppressed, the other two must still be reported.
+    const std::vector<int> ids{problems[0].at("id"), problems[1].at("id")};
+    const std::string text = suppress_and_export(ids, "ubsan", m_dir / "ubsan.supp");
+    sh(run + ":suppressions=ubsan.supp ./ub >/dev/null 2>after.txt");
+    const std::string after = read_file(m_dir / "after.txt");
+    for (size_t i = 0; i < problems.size(); ++i) {
+        const auto& p = problems[i];
+        const std::string at = " in " + p.at("stacks")[0][p.at("best_level").get<size_t>()]
+                                            .at("function").get<std::string>() + " ";
+        SCOPED_TRACE(at + "\n" + text + "\n" + after);
+        EXPECT_EQ(after.find(at) == std::string::npos, i < 2);
+    }
+}
+
 } // namespace
