@@ -222,19 +222,27 @@ bool location_matches(const valgrind_location_t& loc, const frame_t& frame, cons
     return false;
 }
 
+// Whether locs[li..] matches frames from fi on. Each (li, fi) is decided
+// once (memo: 0 unknown, 1 no, 2 yes), so runs of "..." cost no more than
+// the product of the two lengths.
 bool frames_match(const std::vector<valgrind_location_t>& locs, size_t li, const std::vector<frame_t>& frames,
-                  size_t fi, const frame_names_t& names)
+                  size_t fi, const frame_names_t& names, std::vector<char>& memo)
 {
     if (li == locs.size())
         return true;
+    char& known = memo[li * (frames.size() + 1) + fi];
+    if (known)
+        return known == 2;
+    bool ok = false;
     if (locs[li].kind == valgrind_location_t::any_frames) {
-        for (size_t skip = fi; skip <= frames.size(); ++skip)
-            if (frames_match(locs, li + 1, frames, skip, names))
-                return true;
-        return false;
+        for (size_t skip = fi; skip <= frames.size() && !ok; ++skip)
+            ok = frames_match(locs, li + 1, frames, skip, names, memo);
+    } else {
+        ok = fi < frames.size() && location_matches(locs[li], frames[fi], names, fi) &&
+             frames_match(locs, li + 1, frames, fi + 1, names, memo);
     }
-    return fi < frames.size() && location_matches(locs[li], frames[fi], names, fi) &&
-           frames_match(locs, li + 1, frames, fi + 1, names);
+    known = ok ? 2 : 1;
+    return ok;
 }
 
 std::string valgrind_tool_name(const std::string& tool)
@@ -520,7 +528,9 @@ bool valgrind_suppression_matches(const valgrind_suppression_t& supp, const prob
     }
     if (problem.stacks.empty())
         return false;
-    return frames_match(supp.frames, 0, problem.stacks[0].frames, 0, frame_names(problem));
+    const auto& frames = problem.stacks[0].frames;
+    std::vector<char> memo(supp.frames.size() * (frames.size() + 1), 0);
+    return frames_match(supp.frames, 0, frames, 0, frame_names(problem), memo);
 }
 
 bool sanitizer_suppression_matches(const sanitizer_suppression_t& s, const problem_t& p)
