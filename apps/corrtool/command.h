@@ -26,6 +26,7 @@ int run_import(const std::vector<std::string>& args, std::ostream& out, std::ost
 int run_problems(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int run_suppress(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int run_suppressions(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int run_export_suppressions(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int run_check(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
 } // namespace corrtool

@@ -22,13 +22,14 @@ int run_check(const std::vector<std::string>& args, std::ostream& out, std::ostr
     }
     const auto engine = open_result("check", a.positional()[0], err);
     std::vector<probstore3::file_ptr> files;
-    if (!engine || !load_suppression_files("check", *engine, a.values("suppressions"), files, err))
+    std::vector<corr_engine::native_suppression_file_t> native;
+    if (!engine || !load_suppression_files("check", *engine, a.values("suppressions"), files, err, &native))
         return exit_error;
-    const auto matcher = probstore3::suppression_matcher_t::from_files(files);
+    const suppressor_t suppressor(files, std::move(native));
     const auto problems = engine->get_problems();
     size_t open = 0;
     for (const auto& p : *problems) {
-        if (matcher.match(p))
+        if (suppressor.name(p))
             continue;
         ++open;
         out << "not suppressed: #" << p.id << " " << p.type << ": " << p.description << "\n";

@@ -24,7 +24,7 @@ json frame_json(const probstore3::frame_t& f)
                 {"line", f.line == probstore3::no_line ? json(nullptr) : json(f.line)}};
 }
 
-json problem_json(const probstore3::problem_t& p, const probstore3::rule_set_ptr& suppressed_by)
+json problem_json(const probstore3::problem_t& p, const std::optional<std::string>& suppressed_by)
 {
     json stacks = json::array(), titles = json::array();
     for (const auto& s : p.stacks) {
@@ -45,15 +45,15 @@ json problem_json(const probstore3::problem_t& p, const probstore3::rule_set_ptr
                 {"best_level", p.best_level},
                 {"leaked_bytes", p.leaked_bytes},
                 {"leaked_blocks", p.leaked_blocks},
-                {"suppressed_by", suppressed_by ? json(suppressed_by->get_name_utf8()) : json(nullptr)}};
+                {"suppressed_by", suppressed_by ? json(*suppressed_by) : json(nullptr)}};
 }
 
-void print_text(const probstore3::problem_t& p, const probstore3::rule_set_ptr& suppressed_by,
+void print_text(const probstore3::problem_t& p, const std::optional<std::string>& suppressed_by,
                 std::ostream& out)
 {
     out << "#" << p.id << " " << p.type << ": " << p.description;
     if (suppressed_by)
-        out << " (suppressed by \"" << suppressed_by->get_name_utf8() << "\")";
+        out << " (suppressed by " << *suppressed_by << ")";
     out << "\n";
     if (const auto* f = p.best_frame()) {
         out << "    at " << (f->function.empty() ? "???" : f->function);
@@ -73,20 +73,21 @@ void print_text(const probstore3::problem_t& p, const probstore3::rule_set_ptr& 
 
 int run_problems(const std::vector<std::string>& args, std::ostream& out, std::ostream& err)
 {
-    const arguments_t a(args, {}, {"json"});
+    const arguments_t a(args, {"suppressions"}, {"json"});
     if (!a.ok()) {
         err << "corrtool problems: " << a.error() << "\n";
         return exit_error;
     }
     if (a.positional().size() != 1) {
-        err << "corrtool problems: usage: corrtool problems DIR [--json]\n";
+        err << "corrtool problems: usage: corrtool problems DIR [--suppressions FILE]... [--json]\n";
         return exit_error;
     }
     const auto engine = open_result("problems", a.positional()[0], err);
     std::vector<probstore3::file_ptr> files;
-    if (!engine || !load_suppression_files("problems", *engine, {}, files, err))
+    std::vector<corr_engine::native_suppression_file_t> native;
+    if (!engine || !load_suppression_files("problems", *engine, a.values("suppressions"), files, err, &native))
         return exit_error;
-    const auto matcher = probstore3::suppression_matcher_t::from_files(files);
+    const suppressor_t suppressor(files, std::move(native));
     const auto problems = engine->get_problems();
     const auto load = engine->get_load_report();
     json warnings = json::array();
@@ -97,7 +98,7 @@ int run_problems(const std::vector<std::string>& args, std::ostream& out, std::o
     if (a.has("json")) {
         json problem_list = json::array();
         for (const auto& p : *problems)
-            problem_list.push_back(problem_json(p, matcher.match(p)));
+            problem_list.push_back(problem_json(p, suppressor.name(p)));
         const json doc{{"format", 1},
                        {"result", utf8(engine->get_result_name())},
                        {"marker", utf8(engine->get_marker_file().str())},
@@ -110,7 +111,7 @@ int run_problems(const std::vector<std::string>& args, std::ostream& out, std::o
     for (const auto& w : warnings)
         err << "warning: " << w.get<std::string>() << "\n";
     for (const auto& p : *problems)
-        print_text(p, matcher.match(p), out);
+        print_text(p, suppressor.describe(p), out);
     out << problems->size() << (problems->size() == 1 ? " problem" : " problems") << " in \""
         << utf8(engine->get_result_name()) << "\"\n";
     return exit_ok;

@@ -19,9 +19,13 @@ const std::vector<command_t>& commands()
          "  --source-dir DIR  the analysed program's sources (repeatable); frames\n"
          "                    below it count as the program's own code\n",
          run_import},
-        {"problems", "problems DIR [--json]", "List the problems of a result.",
-         "DIR is a result folder or its *.corr marker file.\n\n"
-         "  --json   one JSON document (see docs/corrtool.md)\n",
+        {"problems", "problems DIR [--suppressions FILE]... [--json]", "List the problems of a result.",
+         "DIR is a result folder or its *.corr marker file. Each problem names the\n"
+         "suppression that hides it: the result's, the project's, then those of\n"
+         "the files given.\n\n"
+         "  --suppressions FILE  a further suppression file (repeatable): ours\n"
+         "                       (*.sup) or an analyser's own (Valgrind, sanitizers)\n"
+         "  --json               one JSON document (see docs/corrtool.md)\n",
          run_problems},
         {"suppress", "suppress DIR --problem ID... --file FILE.sup --name NAME [--any-problem]",
          "Suppress problems: add one suppression with a rule per problem to a file.",
@@ -44,10 +48,23 @@ const std::vector<command_t>& commands()
         {"check", "check DIR [--suppressions FILE.sup]...",
          "Fail (exit status 1) when problems remain that no suppression hides.",
          "Matches the problems of the result against the result's and the project's\n"
-         "suppression files and any given with --suppressions (repeatable), lists\n"
+         "suppression files and any given with --suppressions (repeatable; ours or\n"
+         "an analyser's own: Valgrind's, the sanitizers'), lists\n"
          "the problems none suppresses and ends with the line\n"
          "\"N problems, M suppressed, K not suppressed\". For CI.\n",
          run_check},
+        {"export-suppressions",
+         "export-suppressions (DIR|FILE.sup)... --format valgrind|lsan|tsan|ubsan|asan -o OUT",
+         "Write suppressions in an analyser's own format (valgrind --suppressions=OUT, ...).",
+         "Takes the suppressions of each FILE.sup and of each result folder DIR (the\n"
+         "result's and its project's files). The problems of the results give each\n"
+         "rule its Valgrind kind and the mangled C++ names Valgrind compares. A rule\n"
+         "the format can only approximate is listed as \"widened\", one it cannot\n"
+         "express as \"not expressible\" (nothing is written for it); both lists are\n"
+         "repeated in OUT's comments. OUT is replaced atomically.\n\n"
+         "  --format F        valgrind, lsan, tsan, ubsan or asan\n"
+         "  -o, --output OUT  the file to write\n",
+         run_export_suppressions},
     };
     return list;
 }

@@ -226,7 +226,7 @@ TEST_F(CorrTool, HelpAndUsage)
     auto r = run("--help");
     EXPECT_EQ(r.status, 0);
     EXPECT_NE(r.out.find("import FILE... --result DIR"), std::string::npos);
-    EXPECT_NE(r.out.find("problems DIR [--json]"), std::string::npos);
+    EXPECT_NE(r.out.find("problems DIR [--suppressions FILE]... [--json]"), std::string::npos);
     EXPECT_NE(r.out.find("check DIR [--suppressions FILE.sup]..."), std::string::npos);
     r = run("help import");
     EXPECT_EQ(r.status, 0);
