@@ -101,6 +101,7 @@ void main_frame_t::build_menus()
     suppressions->Append(id_view_stack, translate(L"corrview.menu.view_stack"));
 
     auto* tools = new wxMenu;
+    tools->Append(id_find, translate(L"corrview.menu.find"));
     tools->Append(id_filter_sources, translate(L"corrview.menu.filter_sources"));
 
     auto* help = new wxMenu;
@@ -124,6 +125,7 @@ void main_frame_t::build_menus()
         {id_export, &main_frame_t::on_export},
         {wxID_EXIT, &main_frame_t::on_exit},
         {id_filter_sources, &main_frame_t::on_filter_sources},
+        {id_find, &main_frame_t::on_find},
         {id_create_suppression, &main_frame_t::on_create_suppression},
         {id_delete_suppression, &main_frame_t::on_delete_suppression},
         {id_view_stack, &main_frame_t::on_view_stack},
@@ -333,6 +335,12 @@ void main_frame_t::on_filter_sources()
         return;
     corr_dialogs2::files_filter_dlg_t dialog(m_session.source_files());
     dialog.show_modal(this);
+}
+
+void main_frame_t::on_find()
+{
+    m_notebook->SetSelection(static_cast<size_t>(m_notebook->FindPage(m_problems)));
+    m_problems->focus_search();
 }
 
 void main_frame_t::on_about()
