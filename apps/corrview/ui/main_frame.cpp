@@ -16,6 +16,7 @@
 #include "corr_dialogs2/stack_dialogs.h"
 #include "corr_dialogs2/ui_utils.h"
 #include "corr_dialogs2/version.h"
+#include "eil1/message_bridge.h"
 #include "platkit/strings/convert.h"
 
 #include <wx/menu.h>
@@ -177,6 +178,14 @@ void main_frame_t::reload_suppressions()
     m_problems->refresh();
     m_suppressions->refresh();
     update_title_and_status();
+}
+
+void main_frame_t::SetStatusText(const wxString& text, int number)
+{
+    wxFrame::SetStatusText(text, number);
+    if (m_ide && number == 0)
+        if (auto* bridge = m_ide->GetMessageBridge())
+            bridge->ShowStatus(text.ToStdWstring().c_str());
 }
 
 void main_frame_t::update_title_and_status()

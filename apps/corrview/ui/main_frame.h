@@ -85,6 +85,9 @@ public:
     // Reads the suppression files again and shows what they now suppress.
     void reload_suppressions();
 
+    // Under an IDE the status line goes to the IDE's bridge as well.
+    void SetStatusText(const wxString& text, int number = 0) override;
+
 private:
     void build_menus();
     void show_session();
