@@ -106,6 +106,8 @@ void problems_view_t::refresh()
     m_model.set_visible(m_result.visible);
     m_bar->show_counts(m_index, m_result);
     m_chart->show(m_index, m_result, filter);
+    // Another result may have a problem of the same number: its stacks are new.
+    m_stack_model.show_problem(-1);
     rows_changed(current);
 }
 
@@ -175,7 +177,12 @@ void problems_view_t::show_problem(size_t problem)
 
 void problems_view_t::on_current_row(int row)
 {
-    m_stack_model.show_problem(m_model.problem_at(row));
+    // The stack pane (and the source) change only with the problem: a key
+    // typed in the search that keeps the current problem leaves them be.
+    const int problem = m_model.problem_at(row);
+    if (problem >= 0 && problem == m_stack_model.shown_problem())
+        return;
+    m_stack_model.show_problem(problem);
     m_stack_grid->UpdateRows();
     m_stack_grid->SetStartRow(0);
     // The best frame becomes current, so its source shows at once; told
