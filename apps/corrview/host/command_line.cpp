@@ -25,6 +25,16 @@ options_t parse_command_line(const std::vector<std::string>& args)
                 return options;
             }
             options.screenshot = basekit2::path_t::from_utf8(value);
+        } else if (a == "--client" || a.rfind("--client=", 0) == 0) {
+            if (a == "--client") {
+                if (i + 1 >= args.size()) {
+                    options.error = "--client needs a client name";
+                    return options;
+                }
+                options.client = args[++i];
+            } else {
+                options.client = a.substr(a.find('=') + 1);
+            }
         } else if (a.size() > 1 && a[0] == '-') {
             options.error = "unknown option " + a;
             return options;
@@ -40,7 +50,7 @@ options_t parse_command_line(const std::vector<std::string>& args)
 
 std::string usage_text()
 {
-    return "usage: corrview [--screenshot FILE.png] [DIR]\n"
+    return "usage: corrview [--client NAME] [--screenshot FILE.png] [DIR]\n"
            "\n"
            "Shows the problems of an analysis result and keeps its suppression rules.\n"
            "\n"
@@ -49,10 +59,14 @@ std::string usage_text()
            "                      user's data folder, so the bundled one stays as it is)\n"
            "  --screenshot FILE   open the result, render the main window into FILE (PNG)\n"
            "                      and exit\n"
+           "  --client NAME       the client the viewer runs for: VS is an IDE's\n"
+           "                      integration, which reads the viewer's messages as\n"
+           "                      lines on standard output instead of message boxes\n"
            "  -h, --help          show this text\n"
            "\n"
            "Environment: CORR_RESOURCE_DIR (resource archives), CORR_RESULTS_DIR (where\n"
-           "File > Import puts new results).\n";
+           "File > Import puts new results), CORR_CLIENT_ID (the client, when --client\n"
+           "is not given).\n";
 }
 
 std::string no_display_text()

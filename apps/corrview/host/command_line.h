@@ -1,7 +1,8 @@
 #pragma once
-// corrview's command line: corrview [--screenshot FILE.png] [DIR]
+// corrview's command line: corrview [--client NAME] [--screenshot FILE.png] [DIR]
 #include "basekit2/path.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@ struct options_t
     bool help = false;
     basekit2::path_t result;     // a result folder or marker file; empty: the sample
     basekit2::path_t screenshot; // render the window into this PNG and exit
+    std::optional<std::string> client; // --client NAME (see client_context.h)
     std::string error;           // what is wrong with the arguments; empty when nothing
 };
 

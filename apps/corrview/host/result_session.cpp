@@ -1,6 +1,7 @@
 #include "result_session.h"
 
 #include "corr_engine/suppressions_manager.h"
+#include "platkit/strings/convert.h"
 #include "probstore3/candidates.h"
 #include "probstore3/suppression_matcher.h"
 
@@ -24,8 +25,15 @@ result_session_t::~result_session_t() = default;
 bool result_session_t::open(const basekit2::path_t& marker_or_dir)
 {
     auto engine = corr_engine::engine_t::create();
-    if (!engine->open_result(marker_or_dir)) {
-        m_error = engine->last_error();
+    try {
+        if (!engine->open_result(marker_or_dir)) {
+            m_error = engine->last_error();
+            return false;
+        }
+    } catch (const std::exception& e) {
+        // The file system may refuse a name (one it cannot convert): the
+        // user hears which, the viewer goes on with what it had.
+        m_error = marker_or_dir.str() + L": " + platkit::strings::utf8_to_wide(e.what());
         return false;
     }
     return adopt(engine);

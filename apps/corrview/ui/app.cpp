@@ -3,6 +3,7 @@
 #include "main_frame.h"
 #include "problems_view.h"
 #include "startup.h"
+#include "viewer_ide_env.h"
 
 #include "platkit/strings/convert.h"
 
@@ -10,6 +11,7 @@
 #include <wx/dcscreen.h>
 #include <wx/image.h>
 
+#include <cstdlib>
 #include <iostream>
 
 namespace corrview {
@@ -23,6 +25,11 @@ bool corrview_app_t::OnInit()
     start_scheduler();
 
     m_frame = new main_frame_t;
+    m_client = resolve_client(m_options.client, std::getenv("CORR_CLIENT_ID"));
+    if (m_client.is_ide()) {
+        m_ide_bridge = std::make_unique<stream_message_bridge_t>(std::cout);
+        m_frame->ide_env().set_message_bridge(m_ide_bridge.get());
+    }
     m_frame->Show();
     basekit2::path_t result = m_options.result;
     if (result.empty()) {

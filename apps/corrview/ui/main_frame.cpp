@@ -16,6 +16,7 @@
 #include "corr_dialogs2/stack_dialogs.h"
 #include "corr_dialogs2/ui_utils.h"
 #include "corr_dialogs2/version.h"
+#include "eil1/message_bridge.h"
 #include "platkit/strings/convert.h"
 
 #include <wx/menu.h>
@@ -101,6 +102,7 @@ void main_frame_t::build_menus()
     suppressions->Append(id_view_stack, translate(L"corrview.menu.view_stack"));
 
     auto* tools = new wxMenu;
+    tools->Append(id_find, translate(L"corrview.menu.find"));
     tools->Append(id_filter_sources, translate(L"corrview.menu.filter_sources"));
 
     auto* help = new wxMenu;
@@ -124,6 +126,7 @@ void main_frame_t::build_menus()
         {id_export, &main_frame_t::on_export},
         {wxID_EXIT, &main_frame_t::on_exit},
         {id_filter_sources, &main_frame_t::on_filter_sources},
+        {id_find, &main_frame_t::on_find},
         {id_create_suppression, &main_frame_t::on_create_suppression},
         {id_delete_suppression, &main_frame_t::on_delete_suppression},
         {id_view_stack, &main_frame_t::on_view_stack},
@@ -175,6 +178,14 @@ void main_frame_t::reload_suppressions()
     m_problems->refresh();
     m_suppressions->refresh();
     update_title_and_status();
+}
+
+void main_frame_t::SetStatusText(const wxString& text, int number)
+{
+    wxFrame::SetStatusText(text, number);
+    if (m_ide && number == 0)
+        if (auto* bridge = m_ide->GetMessageBridge())
+            bridge->ShowStatus(text.ToStdWstring().c_str());
 }
 
 void main_frame_t::update_title_and_status()
@@ -333,6 +344,12 @@ void main_frame_t::on_filter_sources()
         return;
     corr_dialogs2::files_filter_dlg_t dialog(m_session.source_files());
     dialog.show_modal(this);
+}
+
+void main_frame_t::on_find()
+{
+    m_notebook->SetSelection(static_cast<size_t>(m_notebook->FindPage(m_problems)));
+    m_problems->focus_search();
 }
 
 void main_frame_t::on_about()

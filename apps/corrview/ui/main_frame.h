@@ -34,6 +34,7 @@ public:
         id_delete_suppression,
         id_view_stack,
         id_filter_sources,
+        id_find,
     };
 
     main_frame_t();
@@ -58,6 +59,8 @@ public:
     // Tools > Filter Source Files: the result's source files in the files filter.
     void on_filter_sources();
     void on_about();
+    // Tools > Search Problems (Ctrl+F): the filter bar's search, ready to type.
+    void on_find();
 
     // Suppressions > Create: the candidate rules of the selected problems in
     // the create-suppression dialog; after OK the views show what the new
@@ -81,6 +84,9 @@ public:
 
     // Reads the suppression files again and shows what they now suppress.
     void reload_suppressions();
+
+    // Under an IDE the status line goes to the IDE's bridge as well.
+    void SetStatusText(const wxString& text, int number = 0) override;
 
 private:
     void build_menus();

@@ -19,9 +19,29 @@ problems_model_t::problems_model_t(const result_session_t& session) : m_session(
 
 void problems_model_t::refresh()
 {
-    m_order.resize(m_session.problems().size());
-    std::iota(m_order.begin(), m_order.end(), size_t(0));
+    m_sorted.resize(m_session.problems().size());
+    std::iota(m_sorted.begin(), m_sorted.end(), size_t(0));
+    m_visible.clear();
     sort();
+}
+
+void problems_model_t::set_visible(const std::vector<char>& visible)
+{
+    m_visible = visible;
+    take_visible();
+}
+
+void problems_model_t::take_visible()
+{
+    if (m_visible.size() != m_sorted.size()) {
+        m_order = m_sorted;
+        return;
+    }
+    // A keystroke of the search lands here: one pass, no sorting.
+    m_order.clear();
+    for (size_t problem : m_sorted)
+        if (m_visible[problem])
+            m_order.push_back(problem);
 }
 
 int problems_model_t::problem_at(int row) const
@@ -94,7 +114,8 @@ void problems_model_t::OnSortColumn(int col, gridview8::IHeaderItem::SortingDire
 void problems_model_t::sort()
 {
     if (m_sort_column < 0 || m_direction == gridview8::IHeaderItem::sdNone) {
-        std::sort(m_order.begin(), m_order.end());
+        std::sort(m_sorted.begin(), m_sorted.end());
+        take_visible();
         return;
     }
     std::vector<std::wstring> keys(m_session.problems().size());
@@ -102,9 +123,10 @@ void problems_model_t::sort()
         keys[i] = text(i, m_sort_column);
     const bool descending = m_direction == gridview8::IHeaderItem::sdDescending;
     // Stable, so that equal keys stay in problem order.
-    std::stable_sort(m_order.begin(), m_order.end(), [&](size_t a, size_t b) {
+    std::stable_sort(m_sorted.begin(), m_sorted.end(), [&](size_t a, size_t b) {
         return descending ? keys[b] < keys[a] : keys[a] < keys[b];
     });
+    take_visible();
 }
 
 bool problems_model_t::GetAttr(int row, int, gridview8::CCellAttr& attr) const

@@ -19,8 +19,11 @@ public:
     explicit problems_model_t(const result_session_t& session);
 
     // Takes the session's problems again (after open, import or a change of
-    // suppressions), keeping the sort order.
+    // suppressions), keeping the sort order; every problem is shown.
     void refresh();
+    // Shows only the problems whose entry is non-zero (one per problem), in
+    // the sort order.
+    void set_visible(const std::vector<char>& visible);
     // The problem index shown in a row, and back; -1 when out of range.
     int problem_at(int row) const;
     int row_of(size_t problem) const;
@@ -38,7 +41,11 @@ private:
     void sort();
 
     const result_session_t& m_session;
-    std::vector<size_t> m_order; // row -> problem index
+    void take_visible();
+
+    std::vector<size_t> m_sorted;  // every problem, in the sort order
+    std::vector<char> m_visible;   // per problem; empty: all
+    std::vector<size_t> m_order;   // row -> problem index
     int m_sort_column = -1;
     gridview8::IHeaderItem::SortingDirection m_direction = gridview8::IHeaderItem::sdNone;
 };

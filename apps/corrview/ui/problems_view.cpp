@@ -1,5 +1,8 @@
 #include "problems_view.h"
 
+#include "filter_bar.h"
+#include "summary_chart.h"
+
 #include <wx/sizer.h>
 #include <wx/splitter.h>
 
@@ -23,11 +26,18 @@ problems_view_t::problems_view_t(wxWindow* parent, const result_session_t& sessi
     m_splitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                                       wxSP_LIVE_UPDATE | wxSP_3DSASH);
     m_splitter->SetMinimumPaneSize(60);
-    m_grid = make_grid(m_splitter, m_grid_control);
+    // The problems with the summary beside them, the stacks below.
+    auto* top = new wxPanel(m_splitter);
+    m_grid = make_grid(top, m_grid_control);
+    m_chart = new summary_chart_t(top);
+    auto* top_sizer = new wxBoxSizer(wxHORIZONTAL);
+    top_sizer->Add(m_grid_control->GetParent(), 1, wxEXPAND);
+    top_sizer->Add(m_chart, 0, wxEXPAND | wxLEFT, FromDIP(2));
+    m_chart->SetMinSize(FromDIP(wxSize(260, 120)));
+    top->SetSizer(top_sizer);
     m_stack_grid = make_grid(m_splitter, m_stack_control);
     // The stack pane starts with room for a dozen frames; the problems get the rest.
-    m_splitter->SplitHorizontally(m_grid_control->GetParent(), m_stack_control->GetParent(),
-                                  -FromDIP(280));
+    m_splitter->SplitHorizontally(top, m_stack_control->GetParent(), -FromDIP(280));
     m_splitter->SetSashGravity(0.6);
 
     using item = gridview8::IHeaderItem;
@@ -42,6 +52,12 @@ problems_view_t::problems_view_t(wxWindow* parent, const result_session_t& sessi
     m_grid->SetSelectionMode(gridview8::CGrid::smMulti);
     m_grid->GetHeader()->SetStyle(1); // sortable captions
     m_grid->CurrentRowChanged().connect([this](int row) { on_current_row(row); });
+    // Enter in the list opens the source of the stack pane's current frame.
+    m_grid->CellActivated().connect([this](int, int) {
+        if (const auto* frame = m_stack_model.frame_at(m_stack_grid->GetCurrentRow());
+            frame && m_frame_activated)
+            m_frame_activated(frame);
+    });
 
     m_stack_header.AddItem(stack_model_t::col_level, item::isFixedWidth, 48, item::sdNone);
     m_stack_header.AddItem(stack_model_t::col_frame, item::isVisible, 100, item::sdNone);
@@ -59,9 +75,17 @@ problems_view_t::problems_view_t(wxWindow* parent, const result_session_t& sessi
             m_frame_activated(frame);
     });
 
+    m_bar = new filter_bar_t(this);
+    m_bar->on_changed([this] { apply_filter(); });
+    m_chart->on_click([this](facet_t facet, const std::optional<std::wstring>& name) {
+        m_bar->choose(facet, name);
+    });
+
     auto* sizer = new wxBoxSizer(wxVERTICAL);
+    sizer->Add(m_bar, 0, wxEXPAND);
     sizer->Add(m_splitter, 1, wxEXPAND);
     SetSizer(sizer);
+    refresh();
 }
 
 problems_view_t::~problems_view_t()
@@ -75,12 +99,47 @@ void problems_view_t::refresh()
 {
     const int current = current_problem();
     m_model.refresh();
+    m_index.build(m_session.problems(),
+                  [this](size_t i) { return static_cast<bool>(m_session.suppressed_by(i)); });
+    const problem_filter_t filter = m_bar->filter();
+    m_result = m_index.apply(filter);
+    m_model.set_visible(m_result.visible);
+    m_bar->show_counts(m_index, m_result);
+    m_chart->show(m_index, m_result, filter);
+    // Another result may have a problem of the same number: its stacks are new.
+    m_stack_model.show_problem(-1);
+    rows_changed(current);
+}
+
+void problems_view_t::apply_filter()
+{
+    const int current = current_problem();
+    const problem_filter_t filter = m_bar->filter();
+    m_result = m_index.apply(filter);
+    m_model.set_visible(m_result.visible);
+    m_bar->show_counts(m_index, m_result);
+    m_chart->show(m_index, m_result, filter);
+    rows_changed(current);
+}
+
+void problems_view_t::focus_search()
+{
+    m_bar->focus_search();
+}
+
+void problems_view_t::rows_changed(int current)
+{
     m_grid->ClearSelection();
     m_grid->UpdateRows();
-    const int row = current >= 0 ? m_model.row_of(static_cast<size_t>(current)) : -1;
+    m_grid->SetStartRow(0);
+    int row = current >= 0 ? m_model.row_of(static_cast<size_t>(current)) : -1;
+    // The problem in hand is gone from the list: the first one left takes its place.
+    if (row < 0 && current >= 0 && m_model.GetRowCount() > 0)
+        row = 0;
     if (row >= 0) {
         m_grid->SetCurrentRow(row);
         m_grid->SelectRow(row, true);
+        m_grid->EnsureRowVisible(row);
     } else {
         m_grid->SetCurrentRow(-1);
     }
@@ -118,7 +177,12 @@ void problems_view_t::show_problem(size_t problem)
 
 void problems_view_t::on_current_row(int row)
 {
-    m_stack_model.show_problem(m_model.problem_at(row));
+    // The stack pane (and the source) change only with the problem: a key
+    // typed in the search that keeps the current problem leaves them be.
+    const int problem = m_model.problem_at(row);
+    if (problem >= 0 && problem == m_stack_model.shown_problem())
+        return;
+    m_stack_model.show_problem(problem);
     m_stack_grid->UpdateRows();
     m_stack_grid->SetStartRow(0);
     // The best frame becomes current, so its source shows at once; told

@@ -1,7 +1,10 @@
 #pragma once
-// The problems view: a grid of the result's problems (several can be
-// selected) over a pane with the stacks of the current problem.
+// The problems view: the filter bar, a grid of the result's problems that
+// pass it (several can be selected) with the summary chart beside it, over
+// a pane with the stacks of the current problem.
 #include "problems_model.h"
+
+#include "../host/problem_filter.h"
 
 #include <wx/panel.h>
 
@@ -17,6 +20,9 @@ class CBaseControl;
 
 namespace corrview {
 
+class filter_bar_t;
+class summary_chart_t;
+
 class problems_view_t : public wxPanel
 {
 public:
@@ -24,8 +30,11 @@ public:
     ~problems_view_t() override;
 
     // Reads the session again (new result, changed suppressions); keeps the
-    // current problem when it is still there.
+    // filter, and the current problem when it still passes.
     void refresh();
+    // Lists the problems that pass what the filter bar says now.
+    void apply_filter();
+    void focus_search();
     // Problem indexes of the selected rows, in row order; the current row
     // when nothing is selected.
     std::vector<size_t> selected_problems() const;
@@ -35,11 +44,16 @@ public:
 
     // Told with the frame that becomes current in the stack pane (the best
     // frame when a problem becomes current; null when it has none), and
-    // with the frame the user activates there (double click, Enter).
+    // with the frame the user activates there (double click, Enter) or
+    // in the problems list (Enter: the stack pane's current frame).
     using frame_callback_t = std::function<void(const probstore3::frame_t*)>;
     void on_frame_selected(frame_callback_t callback) { m_frame_selected = std::move(callback); }
     void on_frame_activated(frame_callback_t callback) { m_frame_activated = std::move(callback); }
 
+    filter_bar_t* filter_bar() const { return m_bar; }
+    summary_chart_t* chart() const { return m_chart; }
+    const problem_index_t& index() const { return m_index; }
+    const filter_result_t& filter_result() const { return m_result; }
     gridview8::CGrid* grid() const { return m_grid; }
     gridview8::CGrid* stack_grid() const { return m_stack_grid; }
     const problems_model_t& model() const { return m_model; }
@@ -50,6 +64,7 @@ public:
 private:
     void on_current_row(int row);
     void frame_selected(int stack_row);
+    void rows_changed(int keep_problem);
 
     frame_callback_t m_frame_selected;
     frame_callback_t m_frame_activated;
@@ -63,6 +78,11 @@ private:
     gridview8::CProportionalResizingModelEx m_resizing;
     gridview8::CProportionalResizingModelEx m_stack_resizing;
     gridview8::CDefTooltipModel m_tooltips;
+    problem_index_t m_index;
+    filter_result_t m_result;
+
+    filter_bar_t* m_bar = nullptr;
+    summary_chart_t* m_chart = nullptr;
 
     wxSplitterWindow* m_splitter = nullptr;
     uiframe7::CBaseControl* m_grid_control = nullptr;

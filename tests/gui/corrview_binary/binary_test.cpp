@@ -7,6 +7,8 @@
 #include <wx/imagpng.h>
 #include <wx/utils.h>
 
+#include <algorithm>
+
 namespace {
 
 using namespace host_test;
@@ -76,6 +78,69 @@ TEST(CorrviewBinary, WithoutADisplayItSaysHowToRunIt)
     const auto unreachable = run_viewer("", {{"DISPLAY", ":987"}, {"WAYLAND_DISPLAY", ""}});
     EXPECT_EQ(unreachable.code, 2);
     EXPECT_NE(unreachable.output.find(L"xvfb-run -a corrview"), std::wstring::npos);
+}
+
+// The lines of the IDE protocol in a run's output.
+std::vector<std::wstring> protocol_lines(const run_t& run)
+{
+    std::vector<std::wstring> out;
+    size_t start = 0;
+    while (start < run.output.size()) {
+        size_t end = run.output.find(L'\n', start);
+        if (end == std::wstring::npos)
+            end = run.output.size();
+        const std::wstring line = run.output.substr(start, end - start);
+        if (line.rfind(L"corrview-", 0) == 0)
+            out.push_back(line);
+        start = end + 1;
+    }
+    return out;
+}
+
+TEST(CorrviewBinary, UnderAnIdeClientMessagesAndStatusGoToStandardOutput)
+{
+    temp_dir_t tmp;
+    const fs::path missing = tmp / "kein Ergebnis ü";
+    const fs::path png = tmp / "window.png";
+    // No message box (it would never be answered): the error is a line for the IDE.
+    const auto failed = run_viewer("--client VS --screenshot \"" + wxString(png.string()) + "\" \"" +
+                                       wxString::FromUTF8(missing.string()) + "\"",
+                                   {{"XDG_DATA_HOME", (tmp / "data").string()}});
+    EXPECT_EQ(failed.code, 1) << platkit::strings::wide_to_utf8(failed.output);
+    const auto lines = protocol_lines(failed);
+    const auto error = std::find_if(lines.begin(), lines.end(), [](const std::wstring& l) {
+        return l.rfind(L"corrview-message\terror\tCannot Open the Result\t", 0) == 0;
+    });
+    ASSERT_NE(error, lines.end()) << platkit::strings::wide_to_utf8(failed.output);
+    EXPECT_NE(error->find(L"kein Ergebnis ü"), std::wstring::npos);
+    EXPECT_TRUE(fs::exists(png));
+
+    // The client named in the environment; the status line follows the viewer's.
+    const auto opened = run_viewer("--screenshot \"" + wxString(png.string()) + "\"",
+                                   {{"XDG_DATA_HOME", (tmp / "data").string()},
+                                    {"CORR_CLIENT_ID", "VS"}});
+    EXPECT_EQ(opened.code, 0) << platkit::strings::wide_to_utf8(opened.output);
+    const auto status = protocol_lines(opened);
+    EXPECT_NE(std::find(status.begin(), status.end(),
+                        L"corrview-status\t24 problems, 0 suppressed by 0 suppressions"),
+              status.end())
+        << platkit::strings::wide_to_utf8(opened.output);
+}
+
+TEST(CorrviewBinary, AnotherClientShowsItsOwnMessages)
+{
+    temp_dir_t tmp;
+    const fs::path png = tmp / "window.png";
+    // The option wins over the environment: not the IDE, so nothing for it on standard output.
+    const auto run = run_viewer("--client cli --screenshot \"" + wxString(png.string()) + "\"",
+                                {{"XDG_DATA_HOME", (tmp / "data").string()},
+                                 {"CORR_CLIENT_ID", "VS"}});
+    EXPECT_EQ(run.code, 0) << platkit::strings::wide_to_utf8(run.output);
+    EXPECT_TRUE(protocol_lines(run).empty()) << platkit::strings::wide_to_utf8(run.output);
+    EXPECT_TRUE(fs::exists(png));
+    const auto bad = run_viewer("--client", {});
+    EXPECT_EQ(bad.code, 1);
+    EXPECT_NE(bad.output.find(L"--client needs a client name"), std::wstring::npos);
 }
 
 TEST(CorrviewBinary, HelpAndBadArguments)

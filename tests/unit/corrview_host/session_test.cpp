@@ -163,6 +163,11 @@ TEST(Session, FailedOpenKeepsWhatWasOpen)
     EXPECT_FALSE(session.open(basekit2::path_t(tmp / "nothing-here")));
     EXPECT_FALSE(session.last_error().empty());
     EXPECT_EQ(session.problems().size(), 24u);
+    // A name the file system layer cannot take is an error naming it, not an exception.
+    const auto odd = basekit2::path_t::from_utf8((tmp / "kein Ergebnis").string() + " \xc3\xbc");
+    EXPECT_FALSE(session.open(odd));
+    EXPECT_NE(session.last_error().find(L"kein Ergebnis \u00fc"), std::wstring::npos);
+    EXPECT_EQ(session.problems().size(), 24u);
     EXPECT_FALSE(result_session_t().is_open());
     EXPECT_TRUE(result_session_t().problems().empty());
 }
