@@ -479,9 +479,11 @@ native_export_t export_native_suppressions(const std::vector<probstore3::rule_se
     std::set<std::string> written_lines;
 
     auto unique_name = [&](const std::string& wanted) {
-        std::string base = one_line(wanted);
-        if (base.empty() || base == "{" || base == "}")
-            base = "suppression " + base;
+        // Valgrind trims the name line and skips it as a comment when it
+        // starts with "#"; a lone brace would end or open a block.
+        std::string base = trim(one_line(wanted));
+        if (base.empty() || base == "{" || base == "}" || base[0] == '#')
+            base = trim("suppression " + base);
         std::string name = base;
         for (int n = 2; !used_names.insert(name).second; ++n)
             name = base + " (" + std::to_string(n) + ")";

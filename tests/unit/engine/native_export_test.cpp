@@ -1,6 +1,7 @@
 // Exporting rules to the analysers' own suppression formats, from rules made
 // from recorded problems.
 #include "corr_engine/native_export.h"
+#include "corr_engine/native_suppressions.h"
 #include "corr_engine/sanitizer_report_importer.h"
 #include "corr_engine/valgrind_xml_importer.h"
 #include "probstore3/candidates.h"
@@ -77,6 +78,27 @@ TEST(NativeExport, ValgrindBlocksTakeKindsAndMangledNamesFromTheProblems)
     ASSERT_EQ(out.widened.size(), 3u); // both Free rules and the leak; Addr4 carries the size
     EXPECT_NE(out.widened[2].find("\"Possible leak\": the description is not compared"), std::string::npos);
     EXPECT_NE(out.text.find("#   \"Possible leak\": the description is not compared"), std::string::npos);
+}
+
+TEST(NativeExport, NamesValgrindWouldMisreadAreMadeSafeAndTheFileReadsBack)
+{
+    const auto problems = recorded("memcheck_leaks_gensupp.xml");
+    std::vector<probstore3::rule_set_ptr> sets;
+    for (const std::wstring name : {L"#1 leak", L"  }  ", L"two\nlines", L"\u00fcber \"quoted\""})
+        sets.push_back(set_of(name, {&problems[0]}));
+    const auto out = export_native_suppressions(sets, problems, native_format_t::valgrind);
+    ASSERT_EQ(out.entries, 4u);
+    std::vector<corr_engine::valgrind_suppression_t> read;
+    corr_engine::parse_failure_t failure;
+    ASSERT_TRUE(corr_engine::parse_valgrind_suppressions(out.text, read, failure))
+        << failure.line << ": " << failure.reason << "\n" << out.text;
+    ASSERT_EQ(read.size(), 4u);
+    EXPECT_EQ(read[0].name, "suppression #1 leak");
+    EXPECT_EQ(read[1].name, "suppression }");
+    EXPECT_EQ(read[2].name, "two lines");
+    EXPECT_EQ(read[3].name, "\xc3\xbc" "ber \"quoted\"");
+    for (const auto& s : read)
+        EXPECT_TRUE(corr_engine::valgrind_suppression_matches(s, problems[0])) << s.name;
 }
 
 TEST(NativeExport, FramesWithoutMangledNamesFallBackToSourceAndSaySo)
