@@ -9,6 +9,7 @@
 
 #include "corr_engine/engine.h"
 
+#include "basekit2/path.h"
 #include "platkit/strings/convert.h"
 
 #include <sys/stat.h>
@@ -288,7 +289,7 @@ private:
             } else if (it->is_regular_file(fec) && fs::absolute(p, fec) != target) {
                 entry_t e{p, std::move(name)};
                 if (!file_info(p, e.size, e.mtime)) {
-                    report(m_messenger, notify2::msg_error, L"Cannot read " + p.wstring() + L".");
+                    report(m_messenger, notify2::msg_error, L"Cannot read " + basekit2::display(p) + L".");
                     return archiver_t::read_failed;
                 }
                 found.push_back(std::move(e));
@@ -361,7 +362,7 @@ private:
         std::lock_guard lock(m_failure.mutex);
         if (!m_failure.file.empty()) {
             report(m_messenger, notify2::msg_error,
-                   L"Cannot read " + m_failure.file.wstring() + L": " + m_failure.reason + L".");
+                   L"Cannot read " + basekit2::display(m_failure.file) + L": " + m_failure.reason + L".");
             return archiver_t::read_failed;
         }
         report(m_messenger, notify2::msg_error, what + L": " + reason + L".");
@@ -447,7 +448,13 @@ private:
         std::vector<std::thread> workers;
         for (auto& s : files.shards) {
             workers.emplace_back([&, shard = &s] {
-                compress_shard(*shard, stop);
+                try {
+                    compress_shard(*shard, stop);
+                } catch (const std::exception& e) { // out of memory, a name it cannot take
+                    shard->ok = false;
+                    shard->error = platkit::strings::utf8_to_wide(e.what());
+                    stop = true;
+                }
                 std::lock_guard lock(mutex);
                 --running;
                 done_cv.notify_all();

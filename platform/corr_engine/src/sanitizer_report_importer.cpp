@@ -165,8 +165,18 @@ bool parse_frame(string_view line, frame_t& out)
     if (func_and_source.empty())
         return false;
     string_view function = func_and_source;
+    // An absolute source path may hold spaces ("/home/me/my project/a.c:3:7");
+    // a demangled function name never holds " /".
+    const auto path_start = func_and_source.find(" /");
+    std::string path_file;
+    std::uint64_t path_line = 0;
     const auto last_space = func_and_source.rfind(' ');
-    if (last_space != string_view::npos) {
+    if (path_start != string_view::npos && path_start != last_space &&
+        parse_location(func_and_source.substr(path_start + 1), path_file, path_line)) {
+        function = trim(func_and_source.substr(0, path_start));
+        out.source = path_file;
+        out.line = path_line == 0 ? probstore3::no_line : path_line;
+    } else if (last_space != string_view::npos) {
         const string_view token = func_and_source.substr(last_space + 1);
         if (looks_like_source(token)) {
             function = trim(func_and_source.substr(0, last_space));
@@ -535,6 +545,7 @@ private:
             m_problem.best_level =
                 m_locator.best_level(m_problem.stacks[0].frames, program_module());
         m_problem.id = ++m_report.problems;
+        make_valid_utf8(m_problem);
         m_sink(std::move(m_problem));
     }
 

@@ -680,6 +680,7 @@ private:
             m_problem.best_level =
                 m_locator.best_level(m_problem.stacks[0].frames, module_short_name(m_exe));
         m_problem.id = ++m_report.problems;
+        make_valid_utf8(m_problem);
         m_sink(std::move(m_problem));
     }
 

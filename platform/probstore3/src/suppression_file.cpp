@@ -67,10 +67,11 @@ bool block_unchanged(std::string_view original, const std::string& canonical)
 bool same_path(const std::wstring& a, const std::wstring& b)
 {
     std::error_code ec1, ec2;
-    const auto ca = std::filesystem::weakly_canonical(std::filesystem::path(a), ec1);
-    const auto cb = std::filesystem::weakly_canonical(std::filesystem::path(b), ec2);
+    const auto pa = basekit2::to_fs(a), pb = basekit2::to_fs(b);
+    const auto ca = std::filesystem::weakly_canonical(pa, ec1);
+    const auto cb = std::filesystem::weakly_canonical(pb, ec2);
     if (ec1 || ec2)
-        return std::filesystem::path(a).lexically_normal() == std::filesystem::path(b).lexically_normal();
+        return pa.lexically_normal() == pb.lexically_normal();
     return ca == cb;
 }
 
