@@ -613,14 +613,52 @@ private:
 
 } // namespace
 
+namespace {
+// No report line is anywhere near this long; a longer one (a program that
+// printed a huge blob) is read up to here and the rest skipped, so memory
+// stays bounded whatever the input.
+constexpr std::size_t max_line_length = 64 * 1024;
+
+// std::getline, bounded: false at the end of the input. complete tells
+// whether the line ended with a newline.
+bool read_line(std::istream& in, std::string& line, bool& complete)
+{
+    line.clear();
+    std::streambuf* buffer = in.rdbuf();
+    bool any = false;
+    for (;;) {
+        const int c = buffer->sbumpc();
+        if (c == std::char_traits<char>::eof()) {
+            in.setstate(std::ios::eofbit);
+            complete = false;
+            return any;
+        }
+        any = true;
+        if (c == '\n') {
+            complete = true;
+            return true;
+        }
+        if (line.size() < max_line_length)
+            line.push_back(static_cast<char>(c));
+    }
+}
+} // namespace
+
 bool sanitizer_report_importer_t::can_import(const std::string& head) const
 {
     if (head.find(": runtime error: ") != std::string::npos)
         return true;
     for (const char* word : {"ERROR: ", "WARNING: "}) {
+        // The end of the line is looked up once per line, not once per
+        // occurrence: "ERROR: " repeated without a newline stays linear.
+        bool known = false;
+        std::size_t eol = 0;
         for (auto at = head.find(word); at != std::string::npos; at = head.find(word, at + 1)) {
             const auto colon = head.find(": ", at + std::char_traits<char>::length(word));
-            const auto eol = head.find('\n', at);
+            if (!known || (eol != std::string::npos && eol < at)) {
+                eol = head.find('\n', at);
+                known = true;
+            }
             if (colon != std::string::npos && (eol == std::string::npos || colon < eol) &&
                 ends_with(string_view(head).substr(0, colon), "Sanitizer"))
                 return true;
@@ -637,8 +675,7 @@ import_report_t sanitizer_report_importer_t::import_stream(std::istream& in,
     parser_t parser(name, context, sink);
     std::string line;
     bool complete = true;
-    while (parser.ok() && std::getline(in, line)) {
-        complete = !in.eof(); // getline stopped at the end, not at a newline
+    while (parser.ok() && read_line(in, line, complete)) {
         if (!parser.line(line, complete))
             break;
     }
@@ -663,7 +700,8 @@ import_report_t sanitizer_report_importer_t::import_buffer(const char* data, std
     while (pos < all.size()) {
         const auto nl = all.find('\n', pos);
         complete = nl != string_view::npos;
-        const string_view one = all.substr(pos, complete ? nl - pos : string_view::npos);
+        const string_view one =
+            all.substr(pos, std::min(complete ? nl - pos : all.size() - pos, max_line_length));
         pos = complete ? nl + 1 : all.size();
         if (!parser.line(one, complete))
             break;

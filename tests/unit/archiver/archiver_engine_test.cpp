@@ -99,6 +99,25 @@ TEST_P(ArchiverEngine, PacksTheResultWithTheSourcesItsProblemsName)
     EXPECT_FALSE(sources[0].match(L"src/*.h"));
 }
 
+TEST_P(ArchiverEngine, RelativeSourcesNeverLeadOutOfTheSourceFolder)
+{
+    // Frames naming "../outside.c" and a link in the folder that leads out.
+    write_file(m_src.parent_path() / "outside.c", "int outside;");
+    fs::create_symlink(m_src.parent_path() / "outside.c", m_src / "link.c");
+    std::string report = read_file(m_root / "asan_overflow.txt");
+    const std::string after = "#1 ";
+    const auto at = report.find("    " + after);
+    ASSERT_NE(at, std::string::npos);
+    report.insert(at, "    #1 0x1 in up ../outside.c:1:1\n    #1 0x2 in deep ../../../../../../../../etc/passwd:1:1\n"
+                      "    #1 0x3 in linked link.c:1:1\n");
+    write_file(m_root / "asan_overflow.txt", report);
+
+    const auto engine = make_result({m_src});
+    const auto sources = archiver_t::get_source_files(*engine);
+    ASSERT_EQ(1u, sources.size());
+    EXPECT_EQ(m_src / "mem_overflow.c", sources[0].fs());
+}
+
 TEST_P(ArchiverEngine, NoEngineOrNoResultIsNoResult)
 {
     zipfile_impl_t zip;
