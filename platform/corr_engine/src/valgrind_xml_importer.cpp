@@ -333,13 +333,13 @@ public:
     // it arrives, and keeps all of it: one that never ends would cost time
     // quadratic in its length and memory as large. Valgrind's elements are
     // short, so output with no tag for this long is not Valgrind's.
-    static constexpr std::uint64_t max_bytes_without_tag = 16u << 20;
+    static constexpr std::uint64_t max_bytes_without_tag = 4u << 20;
     bool token_bounded()
     {
         if (m_fed - m_fed_at_tag <= max_bytes_without_tag)
             return true;
         m_stopped = true;
-        fail_plain(L"no XML tag ends within 16 MiB (a huge comment, tag or attribute): not Valgrind XML output");
+        fail_plain(L"no XML tag ends within 4 MiB (a huge comment, tag or attribute): not Valgrind XML output");
         return false;
     }
 

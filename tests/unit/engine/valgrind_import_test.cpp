@@ -379,7 +379,7 @@ TEST(ValgrindXmlImport, ACommentOrAttributeThatNeverEndsIsRefusedNotReadOnAndOn)
 {
     // Expat reads an unfinished token again with every piece: a 20 MiB one
     // fed in chunks would take minutes. It is refused once no tag ends
-    // within 16 MiB; a long text between tags is fine.
+    // within 4 MiB; a long text between tags is fine.
     const std::string head = "<?xml version=\"1.0\"?>\n<valgrindoutput><protocolversion>4</protocolversion>"
                              "<protocoltool>memcheck</protocoltool>";
     for (const auto& [open, close] :
@@ -389,7 +389,7 @@ TEST(ValgrindXmlImport, ACommentOrAttributeThatNeverEndsIsRefusedNotReadOnAndOn)
         std::istringstream in(xml);
         const auto report = importer.import_stream(in, L"huge.xml", {}, [](auto&&) {});
         EXPECT_FALSE(report.ok);
-        EXPECT_NE(report.error.find(L"huge.xml: no XML tag ends within 16 MiB"), std::wstring::npos)
+        EXPECT_NE(report.error.find(L"huge.xml: no XML tag ends within 4 MiB"), std::wstring::npos)
             << platkit::strings::wide_to_utf8(report.error);
     }
     const std::string fine = head + "<status><state>" + std::string(1u << 20, 's') +
