@@ -3,6 +3,12 @@
 # `xmllint --stream --noout` on the same large Valgrind XML file (recorded
 # memcheck errors repeated with fresh ids), side by side.
 #   bench/import_bench.sh [MEGABYTES] [RUNS]      (default 200 MB, 3 runs)
+#   bench/import_bench.sh --hostile [SCALE]       (default 1)
+# --hostile imports inputs built to hurt (bench/make_hostile_inputs.py: a
+# thread name shared by 100k errors, 10^6 thread ids in one error, a huge
+# XML comment and attribute, 300k one-line sanitizer reports, a 1 GB line,
+# "ERROR: " repeated without a newline) and prints time, peak memory and
+# outcome of each; SCALE shrinks them all (0.1 = a tenth).
 # Uses $CORRTOOL or build/apps/corrtool/corrtool (built when missing). The
 # figures are the best of RUNS runs (the machine may be shared); wall time
 # gives the throughput, /usr/bin/time -v the peak resident memory.
@@ -23,6 +29,26 @@ done
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+
+if [ "${1:-}" = "--hostile" ]; then
+  scale=${2:-1}
+  python3 "$root/bench/make_hostile_inputs.py" "$work/in" "$scale" >/dev/null
+  printf '%-26s %10s %10s %16s  %s\n' "case (scale $scale)" "MB" "seconds" "peak RSS (MB)" "outcome"
+  for f in "$work"/in/*; do
+    rm -rf "$work/result"
+    status=0
+    /usr/bin/time -v "$corrtool" import "$f" --result "$work/result" >"$work/out.log" 2>"$work/time.log" || status=$?
+    elapsed=$(sed -n 's/.*Elapsed (wall clock) time.*: //p' "$work/time.log")
+    kb=$(sed -n 's/.*Maximum resident set size (kbytes): //p' "$work/time.log")
+    s=$(echo "$elapsed" | awk -F: '{ t = 0; for (i = 1; i <= NF; i++) t = t * 60 + $i; print t }')
+    outcome=$( (grep -o '[0-9]* problems\? from' "$work/out.log" || true) | head -1)
+    [ "$status" -eq 0 ] || outcome="exit $status: $( (grep -m1 '^corrtool' "$work/time.log" || true) | cut -c1-70)"
+    awk -v n="$(basename "$f")" -v b="$(stat -c %s "$f")" -v s="$s" -v kb="$kb" -v o="$outcome" \
+      'BEGIN { printf "%-26s %10.1f %10.2f %16.1f  %s\n", n, b / 1048576, s, kb / 1024, o }'
+    rm -f "$f"
+  done
+  exit 0
+fi
 xml=$work/big.xml
 recorded=$root/samples/recorded
 "$root/bench/make_big_valgrind_xml.sh" "$xml" "$megabytes" \

@@ -2,6 +2,7 @@
 #include "arguments.h"
 #include "command.h"
 #include "result_suppressions.h"
+#include "text.h"
 
 #include "probstore3/suppression_matcher.h"
 
@@ -32,7 +33,7 @@ int run_check(const std::vector<std::string>& args, std::ostream& out, std::ostr
         if (suppressor.name(p))
             continue;
         ++open;
-        out << "not suppressed: #" << p.id << " " << p.type << ": " << p.description << "\n";
+        out << "not suppressed: #" << p.id << " " << shown(p.type) << ": " << shown(p.description) << "\n";
     }
     const size_t total = problems->size();
     out << total << (total == 1 ? " problem, " : " problems, ") << total - open << " suppressed, " << open

@@ -26,14 +26,14 @@ void print_report(const corr_engine::import_files_report_t& report, std::ostream
                   std::ostream& err)
 {
     for (const auto& f : report.files) {
-        out << "imported " << utf8(f.file.str()) << " as data/" << utf8(f.stored_as) << ": "
+        out << "imported " << shown(f.file) << " as data/" << shown(f.stored_as) << ": "
             << f.report.problems << (f.report.problems == 1 ? " problem" : " problems");
         if (!f.report.tool.empty())
             out << " (" << f.report.tool << ")";
         out << "\n";
         out.flush(); // keep warnings next to their file on a terminal
         for (const auto& w : f.report.warnings)
-            err << "warning: " << utf8(w) << "\n";
+            err << "warning: " << shown(w) << "\n";
     }
 }
 
@@ -69,16 +69,16 @@ int run_import(const std::vector<std::string>& args, std::ostream& out, std::ost
     corr_engine::import_files_report_t report;
     if (is_existing_result(dir)) {
         if (!engine->open_result(dir)) {
-            err << "corrtool import: " << utf8(engine->last_error()) << "\n";
+            err << "corrtool import: " << shown(engine->last_error()) << "\n";
             return exit_error;
         }
         if (!name.empty() && name != engine->get_result_name()) {
-            err << "corrtool import: " << utf8(dir.str()) << " already holds the result \""
-                << utf8(engine->get_result_name()) << "\"; --name only names a new result\n";
+            err << "corrtool import: " << shown(dir) << " already holds the result \""
+                << shown(engine->get_result_name()) << "\"; --name only names a new result\n";
             return exit_error;
         }
         if (!engine->import_files(files, report)) {
-            err << "corrtool import: " << utf8(report.error) << "\n";
+            err << "corrtool import: " << shown(report.error) << "\n";
             return exit_error;
         }
         if (!source_dirs.empty()) {
@@ -89,11 +89,11 @@ int run_import(const std::vector<std::string>& args, std::ostream& out, std::ost
                     dirs.push_back(full);
             }
             if (!engine->set_source_dirs(dirs))
-                err << "warning: " << utf8(engine->last_error()) << "\n";
+                err << "warning: " << shown(engine->last_error()) << "\n";
         }
     } else if (!engine->create_result(dir, name, files, source_dirs, report)) {
         err << "corrtool import: "
-            << utf8(report.error.empty() ? engine->last_error() : report.error) << "\n";
+            << shown(report.error.empty() ? engine->last_error() : report.error) << "\n";
         return exit_error;
     }
     print_report(report, out, err);
@@ -101,7 +101,7 @@ int run_import(const std::vector<std::string>& args, std::ostream& out, std::ost
     std::uint64_t total = 0;
     for (const auto& f : manifest.data_files)
         total += f.problems;
-    out << "result \"" << utf8(manifest.name) << "\" in " << utf8(engine->get_result_dir().str())
+    out << "result \"" << shown(manifest.name) << "\" in " << shown(engine->get_result_dir())
         << ": " << total << (total == 1 ? " problem" : " problems") << " from "
         << manifest.data_files.size() << (manifest.data_files.size() == 1 ? " file" : " files")
         << "\n";

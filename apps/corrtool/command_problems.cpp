@@ -51,20 +51,20 @@ json problem_json(const probstore3::problem_t& p, const std::optional<std::strin
 void print_text(const probstore3::problem_t& p, const std::optional<std::string>& suppressed_by,
                 std::ostream& out)
 {
-    out << "#" << p.id << " " << p.type << ": " << p.description;
+    out << "#" << p.id << " " << shown(p.type) << ": " << shown(p.description);
     if (suppressed_by)
-        out << " (suppressed by " << *suppressed_by << ")";
+        out << " (suppressed by " << shown(*suppressed_by) << ")";
     out << "\n";
     if (const auto* f = p.best_frame()) {
-        out << "    at " << (f->function.empty() ? "???" : f->function);
+        out << "    at " << (f->function.empty() ? "???" : shown(f->function));
         if (!f->source.empty()) {
-            out << " (" << f->source;
+            out << " (" << shown(f->source);
             if (f->line != probstore3::no_line)
                 out << ":" << f->line;
             out << ")";
         }
         if (!f->module.empty())
-            out << " [" << f->module << "]";
+            out << " [" << shown(f->module) << "]";
         out << "\n";
     }
 }
@@ -109,11 +109,11 @@ int run_problems(const std::vector<std::string>& args, std::ostream& out, std::o
         return exit_ok;
     }
     for (const auto& w : warnings)
-        err << "warning: " << w.get<std::string>() << "\n";
+        err << "warning: " << shown(w.get<std::string>()) << "\n";
     for (const auto& p : *problems)
         print_text(p, suppressor.describe(p), out);
     out << problems->size() << (problems->size() == 1 ? " problem" : " problems") << " in \""
-        << utf8(engine->get_result_name()) << "\"\n";
+        << shown(engine->get_result_name()) << "\"\n";
     return exit_ok;
 }
 

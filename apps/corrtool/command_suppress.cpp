@@ -73,13 +73,13 @@ int run_suppress(const std::vector<std::string>& args, std::ostream& out, std::o
     const auto file = manager.create_suppression(engine->get_marker_file(), path_arg(a.value("file")));
     if (!file) {
         for (const auto& e : manager.get_last_errors())
-            err << "corrtool suppress: " << utf8(e) << "\n";
+            err << "corrtool suppress: " << shown(e) << "\n";
         return exit_error;
     }
     const std::string name = a.value("name");
     for (const auto& set : file->get_rulesets())
         if (set->get_name_utf8() == name) {
-            err << "corrtool suppress: " << utf8(file->get_path()) << " already holds a suppression named \""
+            err << "corrtool suppress: " << shown(basekit2::path_t(file->get_path())) << " already holds a suppression named \""
                 << name << "\"\n";
             return exit_error;
         }
@@ -97,12 +97,12 @@ int run_suppress(const std::vector<std::string>& args, std::ostream& out, std::o
     file->add_suppression(rule_set);
     if (file->save(file->get_path(), probstore3::suppression_file_t::get_current_file_format()) !=
         suppfmt3::se_success) {
-        err << "corrtool suppress: " << utf8(file->get_last_error()) << "\n";
+        err << "corrtool suppress: " << shown(file->get_last_error()) << "\n";
         return exit_error;
     }
     if (!existed)
-        out << "created " << utf8(file->get_path()) << "\n";
-    out << "added suppression \"" << name << "\" to " << utf8(file->get_path()) << ": "
+        out << "created " << shown(basekit2::path_t(file->get_path())) << "\n";
+    out << "added suppression \"" << name << "\" to " << shown(basekit2::path_t(file->get_path())) << ": "
         << selected.size() << (selected.size() == 1 ? " rule, problem " : " rules, problems ");
     for (size_t i = 0; i < selected.size(); ++i)
         out << (i ? ", " : "") << selected[i]->id;
@@ -110,7 +110,7 @@ int run_suppress(const std::vector<std::string>& args, std::ostream& out, std::o
         out << ", any problem type";
     out << "\n";
     if (old_format)
-        out << utf8(file->get_path()) << " was rewritten in the current format\n";
+        out << shown(basekit2::path_t(file->get_path())) << " was rewritten in the current format\n";
     return exit_ok;
 }
 

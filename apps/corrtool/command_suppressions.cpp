@@ -68,7 +68,7 @@ json file_json(const probstore3::suppression_file_t& file)
 void print_file(const probstore3::suppression_file_t& file, std::ostream& out)
 {
     const auto sets = file.get_rulesets();
-    out << "# " << utf8(file.get_path()) << ": " << sets.size()
+    out << "# " << shown(basekit2::path_t(file.get_path())) << ": " << sets.size()
         << (sets.size() == 1 ? " suppression\n" : " suppressions\n");
     for (const auto& set : sets) {
         std::vector<const suppfmt3::suppression_rule_t*> rules;

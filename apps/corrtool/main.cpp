@@ -2,7 +2,10 @@
 // manages the suppressions that hide them.
 #include "command.h"
 
+#include <cerrno>
 #include <cstring>
+#include <system_error>
+#include <filesystem>
 #include <iostream>
 
 namespace {
@@ -33,11 +36,8 @@ void print_command_help(const corrtool::command_t& c, std::ostream& out)
         out << "\n" << c.details;
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int run(int argc, char** argv)
 {
-    std::ios::sync_with_stdio(false);
     if (argc < 2) {
         print_help(std::cerr);
         return corrtool::exit_error;
@@ -72,6 +72,44 @@ int main(int argc, char** argv)
             return corrtool::exit_ok;
         }
     const int status = command->run(args, std::cout, std::cerr);
+    // A full disk or a closed pipe must not look like success.
+    errno = 0;
     std::cout.flush();
+    if (!std::cout) {
+        const int error = errno;
+        std::cerr << "corrtool: cannot write the output"
+                  << (error ? ": " + std::generic_category().message(error) : std::string()) << "\n";
+        return corrtool::exit_error;
+    }
     return status;
+}
+
+// What went wrong, with the paths a file-system error names.
+std::string describe(const std::exception& e)
+{
+    if (const auto* f = dynamic_cast<const std::filesystem::filesystem_error*>(&e)) {
+        std::string out = f->code().message();
+        for (const auto* p : {&f->path1(), &f->path2()})
+            if (!p->empty())
+                out += ": \"" + p->native() + "\"";
+        return out;
+    }
+    return e.what();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::ios::sync_with_stdio(false);
+    // Nothing may end in std::terminate: whatever a command did not handle is
+    // reported, and the exit status says bad input.
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& e) {
+        std::cerr << "corrtool: " << describe(e) << "\n";
+    } catch (...) {
+        std::cerr << "corrtool: unexpected error\n";
+    }
+    return corrtool::exit_error;
 }

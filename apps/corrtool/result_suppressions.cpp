@@ -14,13 +14,13 @@ engine_ptr open_result(const std::string& command, const std::string& dir, std::
 {
     auto engine = corr_engine::engine_t::create();
     if (!engine->open_result(path_arg(dir))) {
-        err << "corrtool " << command << ": " << utf8(engine->last_error()) << "\n";
+        err << "corrtool " << command << ": " << shown(engine->last_error()) << "\n";
         return {};
     }
     engine->get_problems();
     const auto load = engine->get_load_report();
     if (!load.ok) {
-        err << "corrtool " << command << ": " << utf8(load.error) << "\n";
+        err << "corrtool " << command << ": " << shown(load.error) << "\n";
         return {};
     }
     return engine;
@@ -35,7 +35,7 @@ bool load_suppression_files(const std::string& command, const corr_engine::engin
     const auto marker = engine.get_marker_file();
     auto report = [&](const std::vector<std::wstring>& errors) {
         for (const auto& e : errors)
-            err << "corrtool " << command << ": " << utf8(e) << "\n";
+            err << "corrtool " << command << ": " << shown(e) << "\n";
         return errors.empty();
     };
     files = manager.get_result_suppressions(marker);
@@ -76,7 +76,7 @@ probstore3::file_ptr open_suppression_file(const std::string& command, const std
     std::wstring error;
     auto file = probstore3::suppression_file_t::open(path_arg(path).str(), &error);
     if (!file)
-        err << "corrtool " << command << ": " << utf8(error) << "\n";
+        err << "corrtool " << command << ": " << shown(error) << "\n";
     return file;
 }
 

@@ -7,7 +7,9 @@
 #include <cstdlib>
 #include <iostream>
 
-int main(int argc, char** argv)
+namespace {
+
+int run(int argc, char** argv)
 {
     const corrview::options_t options =
         corrview::parse_command_line(std::vector<std::string>(argv + 1, argv + argc));
@@ -42,4 +44,18 @@ int main(int argc, char** argv)
     wxTheApp->OnExit();
     wxEntryCleanup();
     return code;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& e) {
+        std::cerr << "corrview: " << corrview::describe_exception(e) << "\n";
+    } catch (...) {
+        std::cerr << "corrview: unexpected error\n";
+    }
+    return 2;
 }

@@ -41,7 +41,7 @@ using suppfmt3::suppfmt_datatype;
 bool same_folder(const basekit2::path_t& a, const basekit2::path_t& b)
 {
     auto normal = [](const basekit2::path_t& p) {
-        std::wstring s = p.fs().lexically_normal().wstring();
+        std::wstring s = basekit2::from_fs(p.fs().lexically_normal());
         while (s.size() > 1 && (s.back() == L'/' || s.back() == L'\\'))
             s.pop_back();
         return s;

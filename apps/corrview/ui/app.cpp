@@ -11,7 +11,11 @@
 #include <wx/dcscreen.h>
 #include <wx/image.h>
 
+#include <wx/mstream.h>
+
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
 
 namespace corrview {
@@ -65,13 +69,50 @@ void corrview_app_t::try_screenshot()
     if (!ready) {
         error = L"the window was not painted within 20 seconds";
     } else if (save_window_png(m_frame, m_options.screenshot, error)) {
-        std::cout << "corrview: wrote " << m_options.screenshot.utf8() << "\n";
+        std::cout << "corrview: wrote " << m_options.screenshot.native() << "\n";
     }
     if (!error.empty()) {
         std::cerr << "corrview: " << platkit::strings::wide_to_utf8(error) << "\n";
         m_exit_code = 1;
     }
     m_frame->Close(true);
+}
+
+bool corrview_app_t::OnExceptionInMainLoop()
+{
+    // A failure no handler caught: say what it was and keep the window (and
+    // the user's unsaved work) alive rather than ending in std::terminate.
+    try {
+        throw;
+    } catch (const std::exception& e) {
+        std::cerr << "corrview: " << describe_exception(e) << "\n";
+    } catch (...) {
+        std::cerr << "corrview: unexpected error\n";
+    }
+    return true;
+}
+
+void corrview_app_t::OnUnhandledException()
+{
+    try {
+        throw;
+    } catch (const std::exception& e) {
+        std::cerr << "corrview: " << describe_exception(e) << "\n";
+    } catch (...) {
+        std::cerr << "corrview: unexpected error\n";
+    }
+}
+
+std::string describe_exception(const std::exception& e)
+{
+    if (const auto* f = dynamic_cast<const std::filesystem::filesystem_error*>(&e)) {
+        std::string out = f->code().message();
+        for (const auto* p : {&f->path1(), &f->path2()})
+            if (!p->empty())
+                out += ": \"" + p->native() + "\"";
+        return out;
+    }
+    return e.what();
 }
 
 int corrview_app_t::OnExit()
@@ -97,8 +138,19 @@ bool save_window_png(wxWindow* window, const basekit2::path_t& file, std::wstrin
             return false;
         }
     }
-    if (!bitmap.ConvertToImage().SaveFile(wxString(file.str()), wxBITMAP_TYPE_PNG)) {
-        error = file.str() + L": cannot write the PNG file";
+    // Encoded in memory and written by the standard library: the toolkit's
+    // own file names follow the locale and miss names that are not in it.
+    wxMemoryOutputStream png;
+    if (!bitmap.ConvertToImage().SaveFile(png, wxBITMAP_TYPE_PNG)) {
+        error = file.display() + L": cannot encode the PNG image";
+        return false;
+    }
+    const auto* data = static_cast<const char*>(png.GetOutputStreamBuffer()->GetBufferStart());
+    std::ofstream out(file.fs(), std::ios::binary | std::ios::trunc);
+    out.write(data, static_cast<std::streamsize>(png.GetSize()));
+    out.close();
+    if (!out) {
+        error = file.display() + L": cannot write the PNG file";
         return false;
     }
     return true;

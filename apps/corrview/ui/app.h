@@ -8,7 +8,9 @@
 #include <wx/app.h>
 #include <wx/timer.h>
 
+#include <exception>
 #include <memory>
+#include <string>
 
 namespace corrview {
 
@@ -21,6 +23,8 @@ public:
 
     bool OnInit() override;
     int OnExit() override;
+    bool OnExceptionInMainLoop() override;
+    void OnUnhandledException() override;
 
     main_frame_t* frame() const { return m_frame; }
     // The exit code main() returns (a failed screenshot is 1).
@@ -40,6 +44,10 @@ private:
     int m_waited_ms = 0;
     int m_exit_code = 0;
 };
+
+// A message for an exception no one handled, naming the paths of a
+// file-system error.
+std::string describe_exception(const std::exception& e);
 
 // Renders a shown top-level window as it is on the screen into a PNG.
 bool save_window_png(wxWindow* window, const basekit2::path_t& file, std::wstring& error);

@@ -2,9 +2,11 @@
 
 #include "platkit/strings/convert.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <random>
 #include <system_error>
 
 #ifndef _WIN32
@@ -142,30 +144,58 @@ write_error write_file_atomically(const path_t& file, std::string_view content, 
 write_error write_file_atomically(const path_t& file, const std::vector<std::string_view>& pieces,
                                   std::wstring& error)
 {
-    const std::filesystem::path target = file.fs();
+    // A symlink stays a symlink: the file it leads to is replaced, beside
+    // itself (a rename is atomic only within one folder).
+    std::filesystem::path target = file.fs();
+    for (int hops = 0; hops < 40; ++hops) {
+        std::error_code ec;
+        if (!std::filesystem::is_symlink(target, ec))
+            break;
+        const std::filesystem::path next = std::filesystem::read_symlink(target, ec);
+        if (ec)
+            break;
+        target = next.is_absolute() ? next : target.parent_path() / next;
+    }
     std::filesystem::path dir = target.parent_path();
     if (dir.empty())
         dir = ".";
-    std::string pattern = (dir / ("." + target.filename().string() + ".XXXXXX")).string();
-    const int fd = ::mkstemp(pattern.data());
+
+    struct stat st{};
+    const bool existed = ::stat(target.c_str(), &st) == 0;
+    // A unique name, created with 0666 so that the kernel applies the umask
+    // for a new file (no process-wide umask() calls, which would race with
+    // other threads creating files).
+    static std::atomic<unsigned> counter{0};
+    static const unsigned seed = std::random_device{}();
+    std::string temp_name;
+    int fd = -1;
+    for (int attempt = 0; attempt < 100 && fd < 0; ++attempt) {
+        temp_name = (dir / ("." + target.filename().string() + "." + std::to_string(seed) + "-" +
+                            std::to_string(::getpid()) + "-" + std::to_string(counter++) + ".tmp"))
+                        .string();
+        fd = ::open(temp_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd < 0 && errno != EEXIST)
+            break;
+    }
     if (fd < 0) {
         error = describe("cannot create a temporary file in the folder", errno);
         return write_error::create_temporary;
     }
-    temp_file_guard tmp(fd, pattern);
-
-    struct stat st{};
-    mode_t mode = 0;
-    if (::stat(target.c_str(), &st) == 0) {
-        mode = st.st_mode & 07777;
-    } else {
-        const mode_t mask = ::umask(0);
-        ::umask(mask);
-        mode = 0666 & ~mask;
-    }
-    if (::fchmod(tmp.fd(), mode) != 0) {
-        error = describe("cannot set the permissions of the temporary file", errno);
-        return write_error::create_temporary;
+    temp_file_guard tmp(fd, temp_name);
+    if (existed) {
+        // Keep the owner and group (possible for root, or for a group the
+        // user is in) and then the mode, set-id bits included.
+        if (st.st_uid != ::geteuid() || st.st_gid != ::getegid()) {
+            if (::fchown(tmp.fd(), st.st_uid, st.st_gid) != 0 &&
+                ::fchown(tmp.fd(), static_cast<uid_t>(-1), st.st_gid) != 0) {
+                // Neither is allowed: the new file is the writer's, as with
+                // any editor that saves by renaming.
+            }
+        }
+        if (::fchmod(tmp.fd(), st.st_mode & 07777) != 0) {
+            error = describe("cannot set the permissions of the temporary file", errno);
+            return write_error::create_temporary;
+        }
     }
     buffered_writer out(tmp.fd());
     for (const auto piece : pieces) {

@@ -9,6 +9,14 @@ namespace fs = std::filesystem;
 
 namespace basekit2 {
 
+fs::path to_fs(std::wstring_view text) { return fs::path(platkit::strings::wide_to_native(text)); }
+
+std::wstring from_fs(const fs::path& p) { return platkit::strings::native_to_wide(p.native()); }
+
+std::wstring display(const fs::path& p) { return platkit::strings::display_name(from_fs(p)); }
+
+std::wstring path_t::display() const { return platkit::strings::display_name(str()); }
+
 std::shared_ptr<const std::wstring> path_t::make_text(std::wstring text)
 {
     if (text.empty())
@@ -22,7 +30,9 @@ const std::wstring& path_t::empty_text()
     return empty;
 }
 
-path_t path_t::from_utf8(const std::string& p) { return path_t(platkit::strings::utf8_to_wide(p)); }
+path_t path_t::from_utf8(const std::string& p) { return path_t(platkit::strings::native_to_wide(p)); }
+
+std::string path_t::native() const { return platkit::strings::wide_to_native(str()); }
 
 std::string path_t::utf8() const { return platkit::strings::wide_to_utf8(str()); }
 
@@ -32,59 +42,59 @@ path_t path_t::join(const path_t& other) const
         return other;
     if (other.empty())
         return *this;
-    return path_t(fs::path(str()) / fs::path(other.str()));
+    return path_t(fs() / other.fs());
 }
 
 std::wstring path_t::leaf() const
 {
-    fs::path p(str());
+    fs::path p = fs();
     if (!p.has_filename())
         p = p.parent_path();
-    return p.filename().wstring();
+    return from_fs(p.filename());
 }
 
-path_t path_t::parent() const { return path_t(fs::path(str()).parent_path()); }
+path_t path_t::parent() const { return path_t(fs().parent_path()); }
 
 std::wstring path_t::extension() const
 {
-    const std::wstring ext = fs::path(str()).extension().wstring();
+    const std::wstring ext = from_fs(fs().extension());
     return ext.empty() ? ext : ext.substr(1);
 }
 
-std::wstring path_t::stem() const { return fs::path(str()).stem().wstring(); }
+std::wstring path_t::stem() const { return from_fs(fs().stem()); }
 
 path_t path_t::replace_extension(const std::wstring& ext) const
 {
-    fs::path p(str());
-    p.replace_extension(ext.empty() ? fs::path() : fs::path(L"." + ext));
+    fs::path p = fs();
+    p.replace_extension(ext.empty() ? fs::path() : to_fs(L"." + ext));
     return path_t(p);
 }
 
-bool path_t::is_absolute() const { return !empty() && fs::path(str()).is_absolute(); }
+bool path_t::is_absolute() const { return !empty() && fs().is_absolute(); }
 
 bool path_t::exists() const
 {
     std::error_code ec;
-    return !empty() && fs::exists(fs::path(str()), ec);
+    return !empty() && fs::exists(fs(), ec);
 }
 
 bool path_t::is_directory() const
 {
     std::error_code ec;
-    return !empty() && fs::is_directory(fs::path(str()), ec);
+    return !empty() && fs::is_directory(fs(), ec);
 }
 
 bool path_t::is_regular_file() const
 {
     std::error_code ec;
-    return !empty() && fs::is_regular_file(fs::path(str()), ec);
+    return !empty() && fs::is_regular_file(fs(), ec);
 }
 
 bool path_t::match(const std::wstring& mask) const
 {
 #ifdef _WIN32
     constexpr bool case_sensitive = false;
-    const std::wstring text = fs::path(str()).generic_wstring();
+    const std::wstring text = from_fs(fs().generic_string());
 #else
     constexpr bool case_sensitive = true;
     const std::wstring& text = str();
@@ -112,7 +122,7 @@ std::vector<path_t> find_files(const path_t& dir, const std::wstring& pattern)
         std::error_code fec;
         if (!it->is_regular_file(fec))
             continue;
-        if (wildcard_match(it->path().filename().wstring(), pattern))
+        if (wildcard_match(from_fs(it->path().filename()), pattern))
             out.emplace_back(it->path());
     }
     std::sort(out.begin(), out.end());

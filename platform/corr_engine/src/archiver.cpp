@@ -9,6 +9,7 @@
 
 #include "corr_engine/engine.h"
 
+#include "basekit2/path.h"
 #include "platkit/strings/convert.h"
 
 #include <sys/stat.h>
@@ -256,6 +257,27 @@ public:
     }
 
 private:
+    // Parts of an archive are written beside it as "<archive>.part<N>-<stamp>".
+    static bool is_part_of(const fs::path& file, const fs::path& target)
+    {
+        const std::string name = file.filename().native();
+        const std::string prefix = target.filename().native() + ".part";
+        if (name.compare(0, prefix.size(), prefix) != 0 || name.size() == prefix.size())
+            return false;
+        return name.find_first_not_of("0123456789-", prefix.size()) == std::string::npos;
+    }
+
+    // Parts left by an export that was killed before it could remove them.
+    static void remove_leftover_parts(const fs::path& target)
+    {
+        std::error_code ec;
+        for (fs::directory_iterator it(target.parent_path(), ec), end; !ec && it != end; it.increment(ec)) {
+            std::error_code fec;
+            if (is_part_of(it->path(), target) && it->is_regular_file(fec))
+                fs::remove(it->path(), fec);
+        }
+    }
+
     archiver_t::error_code_t collect(const pack_source_t& source, unsigned flags)
     {
         const fs::path dir = source.result_dir.fs();
@@ -275,6 +297,7 @@ private:
             (fs::path(dir).filename().empty() ? dir.parent_path().filename() : dir.filename())
                 .generic_u8string();
         const fs::path target = fs::absolute(m_target.fs(), ec);
+        remove_leftover_parts(target);
 
         std::vector<entry_t> found;
         found.push_back({{}, root + "/"});
@@ -283,12 +306,23 @@ private:
             const fs::path& p = it->path();
             std::string name = root + "/" + p.lexically_relative(dir).generic_u8string();
             std::error_code fec;
+            if (it->is_symlink(fec)) {
+                // Never followed out of the result: what it points at is not
+                // the user's to hand out.
+                report(m_messenger, notify2::msg_warning,
+                       L"The symbolic link " + basekit2::display(p) +
+                           L" is not packed: links are not followed.");
+                if (it->is_directory(fec))
+                    it.disable_recursion_pending();
+                continue;
+            }
             if (it->is_directory(fec)) {
                 found.push_back({{}, name + "/"});
-            } else if (it->is_regular_file(fec) && fs::absolute(p, fec) != target) {
+            } else if (it->is_regular_file(fec) && fs::absolute(p, fec) != target &&
+                       !is_part_of(p, target)) {
                 entry_t e{p, std::move(name)};
                 if (!file_info(p, e.size, e.mtime)) {
-                    report(m_messenger, notify2::msg_error, L"Cannot read " + p.wstring() + L".");
+                    report(m_messenger, notify2::msg_error, L"Cannot read " + basekit2::display(p) + L".");
                     return archiver_t::read_failed;
                 }
                 found.push_back(std::move(e));
@@ -361,7 +395,7 @@ private:
         std::lock_guard lock(m_failure.mutex);
         if (!m_failure.file.empty()) {
             report(m_messenger, notify2::msg_error,
-                   L"Cannot read " + m_failure.file.wstring() + L": " + m_failure.reason + L".");
+                   L"Cannot read " + basekit2::display(m_failure.file) + L": " + m_failure.reason + L".");
             return archiver_t::read_failed;
         }
         report(m_messenger, notify2::msg_error, what + L": " + reason + L".");
@@ -447,7 +481,13 @@ private:
         std::vector<std::thread> workers;
         for (auto& s : files.shards) {
             workers.emplace_back([&, shard = &s] {
-                compress_shard(*shard, stop);
+                try {
+                    compress_shard(*shard, stop);
+                } catch (const std::exception& e) { // out of memory, a name it cannot take
+                    shard->ok = false;
+                    shard->error = platkit::strings::utf8_to_wide(e.what());
+                    stop = true;
+                }
                 std::lock_guard lock(mutex);
                 --running;
                 done_cv.notify_all();
@@ -615,9 +655,15 @@ std::vector<basekit2::path_t> archiver_t::get_source_files(engine_t& engine)
                     // Relative names are mostly the C library's own
                     // ("csu/../csu/libc-start.c"): only one found in a
                     // source folder is the result's.
+                    // "../../etc/passwd" or a symlink out of the folder
+                    // is not the result's source.
                     for (const auto& d : dirs) {
                         const fs::path candidate = (d / named).lexically_normal();
-                        if (fs::is_regular_file(candidate, ec)) {
+                        if (!is_inside(candidate, d) || !fs::is_regular_file(candidate, ec))
+                            continue;
+                        const fs::path real = fs::weakly_canonical(candidate, ec);
+                        const fs::path real_dir = fs::weakly_canonical(d, ec);
+                        if (!ec && is_inside(real, real_dir)) {
                             chosen = candidate;
                             break;
                         }

@@ -1,5 +1,7 @@
 #include "corr_engine/engine.h"
 
+#include "basekit2/file_lock.h"
+
 #include "corr_engine/best_location.h"
 #include "platkit/strings/convert.h"
 
@@ -23,6 +25,7 @@ using platkit::strings::wide_to_utf8;
 constexpr const wchar_t* data_folder = L"data";
 constexpr const wchar_t* suppressions_folder = L"suppressions";
 constexpr const wchar_t* staging_prefix = L".incoming-";
+constexpr const wchar_t* lock_file = L".lock";
 
 std::wstring unique_suffix()
 {
@@ -103,7 +106,7 @@ public:
             return fail(dir.str() + L": already exists and is not an empty folder");
         result_manifest_t manifest;
         manifest.name = name.empty()
-                            ? fs::absolute(dir.fs(), ec).lexically_normal().filename().wstring()
+                            ? basekit2::display(fs::absolute(dir.fs(), ec).lexically_normal().filename())
                             : name;
         if (manifest.name.empty())
             manifest.name = L"result";
@@ -142,9 +145,9 @@ public:
         const fs::path target = fs::absolute(dir.fs(), ec).lexically_normal();
         const fs::path parent = target.parent_path();
         fs::create_directories(parent, ec);
-        const path_t staging(parent /
-                             (L"." + target.filename().wstring() + L".partial-" + unique_suffix()));
-        const std::wstring result_name = name.empty() ? target.filename().wstring() : name;
+        const path_t staging(parent / basekit2::to_fs(L"." + basekit2::from_fs(target.filename()) +
+                                                      L".partial-" + unique_suffix()));
+        const std::wstring result_name = name.empty() ? basekit2::display(target.filename()) : name;
 
         auto scratch = engine_t::create();
         bool ok =
@@ -196,9 +199,20 @@ public:
             marker = m_marker;
             dir = m_dir;
         }
+        // Other processes (a second corrtool, another viewer) may import into
+        // the same result: one at a time, each starting from the marker file
+        // as the one before it left it.
+        std::wstring lock_error;
+        const auto result_lock = lock_result(dir, lock_error);
+        if (!result_lock || !reread_manifest(marker, manifest, lock_error)) {
+            report.ok = false;
+            report.error = lock_error;
+            return fail(report.error);
+        }
         const path_t data_dir = dir / path_t(data_folder);
         std::error_code ec;
         fs::create_directories(data_dir.fs(), ec);
+        // Under the lock, no other import is running: what is left is stale.
         remove_stale_staging(data_dir);
         const path_t staging = data_dir / path_t(staging_prefix + unique_suffix());
         fs::create_directories(staging.fs(), ec);
@@ -227,7 +241,11 @@ public:
         scoped_lock_t lock(m_mutex);
         if (!m_open)
             return fail(L"no result is open");
+        std::wstring lock_error;
+        const auto result_lock = lock_result(m_dir, lock_error);
         result_manifest_t manifest = m_manifest;
+        if (!result_lock || !reread_manifest(m_marker, manifest, lock_error))
+            return fail(lock_error);
         manifest.source_dirs.clear();
         for (const auto& d : dirs) {
             std::error_code ec;
@@ -378,12 +396,27 @@ private:
         return true;
     }
 
+    static std::unique_ptr<basekit2::file_lock_t> lock_result(const path_t& dir, std::wstring& error)
+    {
+        return basekit2::file_lock_t::acquire(dir / path_t(lock_file), error);
+    }
+
+    // The marker as it is on disk now (another process may have added to it).
+    static bool reread_manifest(const path_t& marker, result_manifest_t& manifest, std::wstring& error)
+    {
+        result_manifest_t current;
+        if (!current.read(marker, error))
+            return false;
+        manifest = std::move(current);
+        return true;
+    }
+
     static void remove_stale_staging(const path_t& data_dir)
     {
         std::error_code ec;
         for (fs::directory_iterator it(data_dir.fs(), ec), end; !ec && it != end; it.increment(ec))
             if (it->is_directory(ec) &&
-                it->path().filename().wstring().rfind(staging_prefix, 0) == 0) {
+                basekit2::from_fs(it->path().filename()).rfind(staging_prefix, 0) == 0) {
                 std::error_code ignored;
                 fs::remove_all(it->path(), ignored);
             }

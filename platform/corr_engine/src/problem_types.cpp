@@ -140,7 +140,78 @@ std::string readable_problem_type(std::string_view tool, std::string_view kind)
             if (e.kind == kind)
                 return std::string(e.type);
     }
-    return kind.empty() ? std::string("Unknown problem") : words_of(kind);
+    std::string words = words_of(kind);
+    return words.empty() ? std::string("Unknown problem") : words;
+}
+
+namespace {
+// Length of the valid UTF-8 sequence at text[i], 0 when there is none.
+size_t valid_sequence(const std::string& text, size_t i)
+{
+    const auto c = static_cast<unsigned char>(text[i]);
+    if (c != 0 && c < 0x80)
+        return 1;
+    size_t n = 0;
+    if (c >= 0xC2 && c <= 0xDF)
+        n = 2;
+    else if (c >= 0xE0 && c <= 0xEF)
+        n = 3;
+    else if (c >= 0xF0 && c <= 0xF4)
+        n = 4;
+    else
+        return 0;
+    if (i + n > text.size())
+        return 0;
+    for (size_t k = 1; k < n; ++k)
+        if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80)
+            return 0;
+    const auto c1 = static_cast<unsigned char>(text[i + 1]);
+    if ((c == 0xE0 && c1 < 0xA0) || (c == 0xED && c1 > 0x9F) || // overlong, surrogate
+        (c == 0xF0 && c1 < 0x90) || (c == 0xF4 && c1 > 0x8F))   // overlong, beyond U+10FFFF
+        return 0;
+    return n;
+}
+} // namespace
+
+void make_valid_utf8(std::string& text)
+{
+    size_t i = 0;
+    while (i < text.size()) {
+        const size_t n = valid_sequence(text, i);
+        if (n == 0)
+            break;
+        i += n;
+    }
+    if (i == text.size())
+        return; // the usual case: nothing copied
+    std::string out(text, 0, i);
+    out.reserve(text.size() + 8);
+    while (i < text.size()) {
+        const size_t n = valid_sequence(text, i);
+        if (n == 0) {
+            out += "\xEF\xBF\xBD";
+            ++i;
+        } else {
+            out.append(text, i, n);
+            i += n;
+        }
+    }
+    text = std::move(out);
+}
+
+void make_valid_utf8(probstore3::problem_t& problem)
+{
+    for (auto* s : {&problem.tool, &problem.kind, &problem.type, &problem.description,
+                    &problem.native_suppression})
+        make_valid_utf8(*s);
+    for (auto& a : problem.aux)
+        make_valid_utf8(a);
+    for (auto& stack : problem.stacks) {
+        make_valid_utf8(stack.title);
+        for (auto& f : stack.frames)
+            for (auto* s : {&f.module, &f.function, &f.source})
+                make_valid_utf8(*s);
+    }
 }
 
 } // namespace corr_engine

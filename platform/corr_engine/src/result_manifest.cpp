@@ -1,5 +1,8 @@
 #include "corr_engine/result_manifest.h"
 
+#include "basekit2/file_io.h"
+#include "basekit2/path.h"
+
 #include "platkit/strings/convert.h"
 
 #include <algorithm>
@@ -151,7 +154,7 @@ std::string result_manifest_t::to_text() const
     put(out, "command", command);
     put(out, "created", created);
     for (const auto& dir : source_dirs)
-        put(out, "source_dir", dir.str());
+        out << "source_dir = " << escape(dir.native()) << "\n"; // a folder's bytes, exactly
     for (const auto& file : data_files)
         out << "data = " << escape(wide_to_utf8(file.name)) << " | "
             << escape(wide_to_utf8(file.tool)) << " | " << file.problems << "\n";
@@ -214,7 +217,7 @@ bool result_manifest_t::from_text(const std::string& text, const std::wstring& f
         else if (key == "created")
             loaded.created = wide;
         else if (key == "source_dir")
-            loaded.source_dirs.emplace_back(wide);
+            loaded.source_dirs.push_back(basekit2::path_t::from_utf8(value));
         else if (key == "data") {
             const auto second = value.rfind(" | ");
             const auto first = second == std::string::npos || second == 0
@@ -259,23 +262,12 @@ bool result_manifest_t::read(const basekit2::path_t& file, std::wstring& error)
 
 bool result_manifest_t::write(const basekit2::path_t& file, std::wstring& error) const
 {
-    const basekit2::path_t tmp(file.str() + L".tmp");
-    {
-        std::ofstream out(tmp.fs(), std::ios::binary | std::ios::trunc);
-        out << to_text();
-        out.flush();
-        if (!out) {
-            error = file.str() + L": cannot write the marker file";
-            std::error_code ec;
-            std::filesystem::remove(tmp.fs(), ec);
-            return false;
-        }
-    }
-    std::error_code ec;
-    std::filesystem::rename(tmp.fs(), file.fs(), ec);
-    if (ec) {
-        error = file.str() + L": cannot replace the marker file: " + utf8_to_wide(ec.message());
-        std::filesystem::remove(tmp.fs(), ec);
+    // Like a suppression file: a unique temporary name beside it, flushed to
+    // disk, then renamed over it, keeping its mode; two writers never share
+    // a temporary file.
+    std::wstring why;
+    if (basekit2::write_file_atomically(file, to_text(), why) != basekit2::write_error::none) {
+        error = file.display() + L": cannot write the marker file: " + why;
         return false;
     }
     return true;

@@ -165,8 +165,18 @@ bool parse_frame(string_view line, frame_t& out)
     if (func_and_source.empty())
         return false;
     string_view function = func_and_source;
+    // An absolute source path may hold spaces ("/home/me/my project/a.c:3:7");
+    // a demangled function name never holds " /".
+    const auto path_start = func_and_source.find(" /");
+    std::string path_file;
+    std::uint64_t path_line = 0;
     const auto last_space = func_and_source.rfind(' ');
-    if (last_space != string_view::npos) {
+    if (path_start != string_view::npos && path_start != last_space &&
+        parse_location(func_and_source.substr(path_start + 1), path_file, path_line)) {
+        function = trim(func_and_source.substr(0, path_start));
+        out.source = path_file;
+        out.line = path_line == 0 ? probstore3::no_line : path_line;
+    } else if (last_space != string_view::npos) {
         const string_view token = func_and_source.substr(last_space + 1);
         if (looks_like_source(token)) {
             function = trim(func_and_source.substr(0, last_space));
@@ -535,6 +545,7 @@ private:
             m_problem.best_level =
                 m_locator.best_level(m_problem.stacks[0].frames, program_module());
         m_problem.id = ++m_report.problems;
+        make_valid_utf8(m_problem);
         m_sink(std::move(m_problem));
     }
 
@@ -602,14 +613,52 @@ private:
 
 } // namespace
 
+namespace {
+// No report line is anywhere near this long; a longer one (a program that
+// printed a huge blob) is read up to here and the rest skipped, so memory
+// stays bounded whatever the input.
+constexpr std::size_t max_line_length = 64 * 1024;
+
+// std::getline, bounded: false at the end of the input. complete tells
+// whether the line ended with a newline.
+bool read_line(std::istream& in, std::string& line, bool& complete)
+{
+    line.clear();
+    std::streambuf* buffer = in.rdbuf();
+    bool any = false;
+    for (;;) {
+        const int c = buffer->sbumpc();
+        if (c == std::char_traits<char>::eof()) {
+            in.setstate(std::ios::eofbit);
+            complete = false;
+            return any;
+        }
+        any = true;
+        if (c == '\n') {
+            complete = true;
+            return true;
+        }
+        if (line.size() < max_line_length)
+            line.push_back(static_cast<char>(c));
+    }
+}
+} // namespace
+
 bool sanitizer_report_importer_t::can_import(const std::string& head) const
 {
     if (head.find(": runtime error: ") != std::string::npos)
         return true;
     for (const char* word : {"ERROR: ", "WARNING: "}) {
+        // The end of the line is looked up once per line, not once per
+        // occurrence: "ERROR: " repeated without a newline stays linear.
+        bool known = false;
+        std::size_t eol = 0;
         for (auto at = head.find(word); at != std::string::npos; at = head.find(word, at + 1)) {
             const auto colon = head.find(": ", at + std::char_traits<char>::length(word));
-            const auto eol = head.find('\n', at);
+            if (!known || (eol != std::string::npos && eol < at)) {
+                eol = head.find('\n', at);
+                known = true;
+            }
             if (colon != std::string::npos && (eol == std::string::npos || colon < eol) &&
                 ends_with(string_view(head).substr(0, colon), "Sanitizer"))
                 return true;
@@ -626,8 +675,7 @@ import_report_t sanitizer_report_importer_t::import_stream(std::istream& in,
     parser_t parser(name, context, sink);
     std::string line;
     bool complete = true;
-    while (parser.ok() && std::getline(in, line)) {
-        complete = !in.eof(); // getline stopped at the end, not at a newline
+    while (parser.ok() && read_line(in, line, complete)) {
         if (!parser.line(line, complete))
             break;
     }
@@ -652,7 +700,8 @@ import_report_t sanitizer_report_importer_t::import_buffer(const char* data, std
     while (pos < all.size()) {
         const auto nl = all.find('\n', pos);
         complete = nl != string_view::npos;
-        const string_view one = all.substr(pos, complete ? nl - pos : string_view::npos);
+        const string_view one =
+            all.substr(pos, std::min(complete ? nl - pos : all.size() - pos, max_line_length));
         pos = complete ? nl + 1 : all.size();
         if (!parser.line(one, complete))
             break;

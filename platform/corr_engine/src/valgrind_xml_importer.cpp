@@ -301,8 +301,10 @@ public:
             return false;
         if (size > 0)
             m_bytes_seen = true;
+        m_fed += size;
         return parsed(
-            XML_Parse(m_parser, data, static_cast<int>(size), final ? XML_TRUE : XML_FALSE));
+                   XML_Parse(m_parser, data, static_cast<int>(size), final ? XML_TRUE : XML_FALSE)) &&
+               token_bounded();
     }
 
     // Reads the next piece of the stream into expat's own buffer (no copy).
@@ -322,8 +324,23 @@ public:
         final = got < chunk;
         if (got > 0)
             m_bytes_seen = true;
-        return parsed(
-            XML_ParseBuffer(m_parser, static_cast<int>(got), final ? XML_TRUE : XML_FALSE));
+        m_fed += got;
+        return parsed(XML_ParseBuffer(m_parser, static_cast<int>(got), final ? XML_TRUE : XML_FALSE)) &&
+               token_bounded();
+    }
+
+    // Expat reads a tag or a comment again from its start whenever more of
+    // it arrives, and keeps all of it: one that never ends would cost time
+    // quadratic in its length and memory as large. Valgrind's elements are
+    // short, so output with no tag for this long is not Valgrind's.
+    static constexpr std::uint64_t max_bytes_without_tag = 4u << 20;
+    bool token_bounded()
+    {
+        if (m_fed - m_fed_at_tag <= max_bytes_without_tag)
+            return true;
+        m_stopped = true;
+        fail_plain(L"no XML tag ends within 4 MiB (a huge comment, tag or attribute): not Valgrind XML output");
+        return false;
     }
 
     // For a fragment cut from the middle of a document: the head of the
@@ -362,9 +379,16 @@ public:
 private:
     static void XMLCALL on_start(void* self, const XML_Char* name, const XML_Char**)
     {
-        static_cast<parser_t*>(self)->start(name);
+        auto* parser = static_cast<parser_t*>(self);
+        parser->m_fed_at_tag = parser->m_fed;
+        parser->start(name);
     }
-    static void XMLCALL on_end(void* self, const XML_Char*) { static_cast<parser_t*>(self)->end(); }
+    static void XMLCALL on_end(void* self, const XML_Char*)
+    {
+        auto* parser = static_cast<parser_t*>(self);
+        parser->m_fed_at_tag = parser->m_fed;
+        parser->end();
+    }
     static void XMLCALL on_xml_decl(void* self, const XML_Char*, const XML_Char* encoding, int)
     {
         if (encoding && std::strcmp(encoding, "UTF-8") != 0 && std::strcmp(encoding, "utf-8") != 0)
@@ -680,6 +704,7 @@ private:
             m_problem.best_level =
                 m_locator.best_level(m_problem.stacks[0].frames, module_short_name(m_exe));
         m_problem.id = ++m_report.problems;
+        make_valid_utf8(m_problem);
         m_sink(std::move(m_problem));
     }
 
@@ -689,6 +714,8 @@ private:
     const bool m_build;
     XML_Parser m_parser;
     import_report_t m_report;
+    std::uint64_t m_fed = 0;        // bytes handed to expat
+    std::uint64_t m_fed_at_tag = 0; // m_fed when the last tag ended
     bool m_stopped = false;
     bool m_truncated = false;
     bool m_other_encoding = false;

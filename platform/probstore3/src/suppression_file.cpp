@@ -67,10 +67,11 @@ bool block_unchanged(std::string_view original, const std::string& canonical)
 bool same_path(const std::wstring& a, const std::wstring& b)
 {
     std::error_code ec1, ec2;
-    const auto ca = std::filesystem::weakly_canonical(std::filesystem::path(a), ec1);
-    const auto cb = std::filesystem::weakly_canonical(std::filesystem::path(b), ec2);
+    const auto pa = basekit2::to_fs(a), pb = basekit2::to_fs(b);
+    const auto ca = std::filesystem::weakly_canonical(pa, ec1);
+    const auto cb = std::filesystem::weakly_canonical(pb, ec2);
     if (ec1 || ec2)
-        return std::filesystem::path(a).lexically_normal() == std::filesystem::path(b).lexically_normal();
+        return pa.lexically_normal() == pb.lexically_normal();
     return ca == cb;
 }
 
@@ -95,8 +96,11 @@ public:
     void add_line(std::string_view line)
     {
         add(line);
-        add("\n");
+        add(m_newline);
     }
+    // The line end of the file: "\n", or "\r\n" for a file that had them.
+    void set_newline(std::string_view newline) { m_newline = newline; }
+    std::string_view newline() const { return m_newline; }
     void add_lines(const std::vector<std::string>& lines)
     {
         for (const auto& l : lines)
@@ -137,7 +141,20 @@ private:
     std::vector<std::string_view> m_pieces;
     std::deque<std::string> m_owned;
     size_t m_size = 0;
+    std::string_view m_newline = "\n";
 };
+
+std::string with_crlf(const std::string& text)
+{
+    std::string out;
+    out.reserve(text.size() + text.size() / 16);
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r'))
+            out += '\r';
+        out += text[i];
+    }
+    return out;
+}
 
 } // namespace
 
@@ -147,6 +164,10 @@ struct suppression_file_t::state
     suppression_file_format_t format = sff_current;
     std::string header;
     std::string source; // the text last read or written; entries point into it
+    // What the file had that a new text keeps: a UTF-8 byte-order mark, and
+    // CRLF line ends (taken from its first line).
+    bool bom = false;
+    bool crlf = false;
     std::vector<entry_t> entries;
     std::unordered_set<const suppression_rule_set_t*> members; // the sets of entries, for a quick "is it here"
     std::vector<std::string> trailer;
@@ -167,6 +188,10 @@ struct suppression_file_t::state
         const std::uint64_t now = current_change_stamp();
         where.clear();
         where.reserve(entries.size());
+        if (crlf)
+            out.set_newline("\r\n");
+        if (bom)
+            out.add("\xEF\xBB\xBF");
         out.add_line(format == sff_current && !header.empty() ? std::string_view(header)
                                                               : out.own(format_writer_t::header_line(sff_current)));
         std::string canonical;
@@ -185,18 +210,18 @@ struct suppression_file_t::state
                 canonical.clear();
                 write_canonical(canonical, e.set->get_name_utf8(), e.set->get_type(), e.set->get_rules());
                 written = true;
-                keep = !original.empty() && block_unchanged(original, canonical);
+                keep = !original.empty() && block_unchanged(original, crlf ? with_crlf(canonical) : canonical);
             }
             placement_t p;
             if (keep) {
                 p.begin = out.size();
                 out.add(original);
                 if (original.empty() || original.back() != '\n')
-                    out.add("\n");
+                    out.add(out.newline());
             } else {
                 out.add_lines(e.inner);
                 p.begin = out.size();
-                out.add(out.own(std::move(canonical)));
+                out.add(out.own(crlf ? with_crlf(canonical) : std::move(canonical)));
                 canonical = std::string();
                 p.canonical = written;
             }
@@ -263,6 +288,9 @@ suppfmt_errdef suppression_file_t::load(const std::wstring& path)
     m->path = path;
     m->format = parsed.format;
     m->header = std::move(parsed.header);
+    m->bom = text.compare(0, 3, "\xEF\xBB\xBF") == 0;
+    const auto first_newline = text.find('\n');
+    m->crlf = first_newline != std::string::npos && first_newline > 0 && text[first_newline - 1] == '\r';
     m->source = std::move(text);
     m->entries = std::move(entries);
     m->members.clear();
@@ -398,6 +426,18 @@ suppfmt_errdef suppression_file_t::save(const std::wstring& path, suppression_fi
     for (const auto& e : m->entries)
         if (e.set->get_rules().empty())
             return fail(se_empty_rule_set, L"\"" + e.set->get_name() + L"\"");
+
+    // Another program (corrtool, a second viewer, an editor) may have
+    // changed the file since it was read here: writing now would silently
+    // drop that change. Refuse, and say what to do.
+    if (!m->path.empty() && same_path(path, m->path)) {
+        std::string on_disk;
+        std::wstring ignored;
+        if (basekit2::read_file(basekit2::path_t(path), on_disk, ignored) && on_disk != m->source)
+            return fail(se_cannot_write,
+                        L"the file was changed by another program since it was read; reload it "
+                        L"and make the change again");
+    }
 
     output_t out;
     std::vector<placement_t> placements;

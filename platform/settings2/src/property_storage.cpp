@@ -1,6 +1,7 @@
 #include "settings2/property_storage.h"
 
 #include "basekit2/config.h"
+#include "basekit2/path.h"
 #include "platkit/strings/convert.h"
 
 #include <boost/property_tree/ptree.hpp>
@@ -205,7 +206,7 @@ bool file_property_storage_t::save_locked()
     std::error_code ec;
     std::filesystem::create_directories(m_file.parent().fs(), ec);
     if (m_move_bad_file_aside && m_file.exists()) {
-        std::filesystem::rename(m_file.fs(), std::filesystem::path(m_file.str() + L".bad"), ec);
+        std::filesystem::rename(m_file.fs(), basekit2::to_fs(m_file.str() + L".bad"), ec);
         if (ec) {
             m_save_error = m_file.str() + L": cannot move the unreadable file aside: " +
                            utf8_to_wide(ec.message());
@@ -228,7 +229,7 @@ bool file_property_storage_t::save_locked()
     ptree doc;
     doc.add_child("properties", root);
 
-    const std::filesystem::path tmp(m_file.str() + L".tmp");
+    const std::filesystem::path tmp = basekit2::to_fs(m_file.str() + L".tmp");
     try {
         {
             std::ofstream out(tmp, std::ios::binary | std::ios::trunc);

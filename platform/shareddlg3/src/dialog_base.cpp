@@ -1,5 +1,6 @@
 #include "shareddlg3/dialog_base.h"
 
+#include "basekit2/path.h"
 #include "platkit/debug/assert.h"
 #include "settings2/catalog.h"
 #include "settings2/product_locations.h"
@@ -65,7 +66,7 @@ wxXmlResource* open_layouts(const std::wstring& resource_file, const std::wstrin
 
     std::error_code ec;
     const std::wstring archive = archive_of(resource_file);
-    if (!std::filesystem::is_regular_file(std::filesystem::path(archive), ec)) {
+    if (!std::filesystem::is_regular_file(basekit2::to_fs(archive), ec)) {
         wxLogError("Cannot load the layout \"%s\": the resource archive %s does not exist.", name, archive);
         return nullptr;
     }

@@ -8,6 +8,9 @@
 #include <wx/utils.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
 
 namespace {
 
@@ -154,3 +157,34 @@ TEST(CorrviewBinary, HelpAndBadArguments)
 }
 
 } // namespace
+
+// With HOME in a folder named with letters, spaces and quotes, and in one
+// whose name is not UTF-8: the viewer starts, copies its sample under HOME
+// and writes the screenshot there.
+TEST(CorrviewBinary, StartsWithHomeInAnyFolder)
+{
+    temp_dir_t tmp;
+    for (const std::string& name : {std::string("h\xC3\xA9me 'it''s' \"q\""), std::string("bad \xFF home")}) {
+        SCOPED_TRACE(name);
+        const fs::path home = tmp / name;
+        fs::create_directories(home);
+        auto quoted = [](const fs::path& p) {
+            std::string out = "'";
+            for (char c : p.string())
+                out += c == '\'' ? std::string("'\\''") : std::string(1, c);
+            return out + "'";
+        };
+        const fs::path png = home / "shot \xC3\xA9.png";
+        std::ofstream(tmp / "run.sh")
+            << "unset XDG_DATA_HOME XDG_CONFIG_HOME CORR_RESULTS_DIR\nHOME=" << quoted(home)
+            << " exec " << quoted(CORRVIEW_EXE) << " --screenshot " << quoted(png) << " >"
+            << quoted(tmp / "out.txt") << " 2>&1\n";
+        const int status = std::system(("sh " + quoted(tmp / "run.sh")).c_str());
+        std::ifstream log(tmp / "out.txt");
+        const std::string output((std::istreambuf_iterator<char>(log)), std::istreambuf_iterator<char>());
+        ASSERT_EQ(status, 0) << output;
+        EXPECT_GT(fs::file_size(png), 1000u);
+        EXPECT_TRUE(fs::exists(home / ".local" / "share" / "corrview" / "sample-result" / "sample.corr"))
+            << output;
+    }
+}

@@ -178,6 +178,35 @@ TEST_P(ArchiverTest, FolderThatVanishesBeforeWritingFailsCleanly)
     EXPECT_NE(std::wstring::npos, messages.list.back().second.find(target.wstring()));
 }
 
+TEST_P(ArchiverTest, LinksAreNotFollowedAndLeftoverPartsAreNeitherPackedNorKept)
+{
+    const fs::path secret = m_root / "secret.txt";
+    write_file(secret, "not the user's to hand out");
+    fs::create_symlink(secret, m_result / "data" / "link.txt");
+    fs::create_directory_symlink(m_root, m_result / "data" / "up");
+    // A killed export left its parts beside the target, and one inside the
+    // result folder when the result folder itself is the target's.
+    write_file(m_target.string() + ".part0-123", "half");
+    write_file(m_target.string() + ".part1-123", "half");
+    write_file(m_target.parent_path() / "run1.corrz.partial notes", "kept: not a part");
+
+    zipfile_impl_t zip;
+    ASSERT_TRUE(zip.open_for_writing(m_target));
+    collected_messages messages;
+    ASSERT_EQ(archiver_t::success, archiver_t::pack({m_result, {}}, zip, 0, &messages, nullptr, options()));
+    const auto archive = read_archive(m_target);
+    for (const auto& [name, e] : archive) {
+        EXPECT_EQ(name.find("link.txt"), std::string::npos) << name;
+        EXPECT_EQ(name.find("up/"), std::string::npos) << name;
+        EXPECT_NE(e.data, "not the user's to hand out") << name;
+    }
+    EXPECT_EQ(messages.list.size(), 2u); // one line per link
+    EXPECT_FALSE(fs::exists(m_target.string() + ".part0-123"));
+    EXPECT_FALSE(fs::exists(m_target.string() + ".part1-123"));
+    EXPECT_TRUE(fs::exists(m_target.parent_path() / "run1.corrz.partial notes"));
+    EXPECT_TRUE(fs::is_symlink(m_result / "data" / "link.txt")); // the result is left alone
+}
+
 INSTANTIATE_TEST_SUITE_P(Threads, ArchiverTest, testing::Values(1u, 2u),
                          [](const testing::TestParamInfo<unsigned>& param) {
                              return param.param == 1 ? std::string("OneThread")

@@ -4,6 +4,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <string>
+#include <vector>
 
 using basekit2::path_t;
 using basekit2::wildcard_match;
@@ -75,4 +77,47 @@ TEST(Path, FindFilesSortedAndFiltered)
     EXPECT_EQ(files[1].leaf(), L"b.sup");
     EXPECT_TRUE(basekit2::find_files(path_t(dir / "missing"), L"*").empty());
     fs::remove_all(dir);
+}
+
+// Linux takes any bytes but '/' and NUL in a name; every one must survive
+// text -> path -> text and path -> text -> path, and a real folder with such
+// a name must be usable through path_t.
+TEST(Path, NamesThatAreNotUtf8RoundTripThroughText)
+{
+    namespace fs = std::filesystem;
+    std::string all_bytes;
+    for (int b = 1; b < 256; ++b)
+        if (b != '/')
+            all_bytes.push_back(static_cast<char>(b));
+    const std::vector<std::string> names{
+        "caf\xC3\xA9 \"quoted\" 'it''s'", "\xFF", "a\xC3", "\xC0\xAF", "\xED\xA0\x80",
+        // Valid UTF-8 for a code point that stands for an undecodable byte.
+        "\xF4\x80\x82\x80", all_bytes};
+    for (const auto& name : names) {
+        const fs::path native(name);
+        const path_t p(native);
+        EXPECT_EQ(p.fs().native(), name);
+        EXPECT_EQ(p.native(), name);
+        EXPECT_EQ(path_t::from_utf8(name).fs().native(), name);
+        EXPECT_EQ(basekit2::to_fs(basekit2::from_fs(native)).native(), name);
+        EXPECT_EQ((path_t(L"/top") / p).leaf(), p.str());
+    }
+    // Valid UTF-8 reads as the letters it spells; one bad byte in it does not
+    // spoil the rest.
+    EXPECT_EQ(path_t(fs::path("caf\xC3\xA9")).str(), L"café");
+    EXPECT_EQ(path_t(fs::path("\xFF" "caf\xC3\xA9")).str(), std::wstring(1, wchar_t(0x1000FF)) + L"café");
+    EXPECT_EQ(path_t(fs::path("x\xFF.sup")).display(), L"x\uFFFD.sup");
+    EXPECT_EQ(path_t(fs::path("x\xFF.sup")).extension(), L"sup");
+
+    const fs::path scratch = fs::temp_directory_path() / ("path_test \xFF caf\xC3\xA9 'q\"");
+    fs::remove_all(scratch);
+    fs::create_directories(scratch);
+    const path_t dir(scratch);
+    std::ofstream(scratch / "r\xE9sum\xE9.sup") << "x";
+    EXPECT_TRUE(dir.is_directory());
+    const auto found = basekit2::find_files(dir, L"*.sup");
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_TRUE(found[0].is_regular_file());
+    EXPECT_EQ(found[0].fs(), scratch / "r\xE9sum\xE9.sup");
+    fs::remove_all(scratch);
 }

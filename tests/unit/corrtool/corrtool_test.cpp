@@ -7,6 +7,7 @@
 #include <fstream>
 #include <map>
 #include <random>
+#include <set>
 #include <sstream>
 #include <string>
 
@@ -428,3 +429,181 @@ TEST_F(CorrToolSuppressions, BadInputFailsWithStatusTwoAndChangesNothing)
 }
 
 } // namespace
+
+// Every command in a folder whose name holds letters, spaces and quotes, and
+// in one whose name is not UTF-8 at all (Linux allows any bytes).
+class CorrToolFolders : public CorrTool, public testing::WithParamInterface<std::string>
+{
+};
+
+TEST_P(CorrToolFolders, EveryCommandWorksInTheFolder)
+{
+    const fs::path top = m_dir / GetParam();
+    fs::create_directories(top);
+    fs::copy_file(sample("asan_leaks.txt"), top / (GetParam() + ".txt"));
+    fs::copy_file(sample("memcheck_use_after_free.xml"), top / "uaf.xml");
+    const fs::path result = top / ("r " + GetParam());
+
+    auto r = run("import " + quoted(top / (GetParam() + ".txt")) + " " + quoted(top / "uaf.xml") +
+                 " --result " + quoted(result));
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find(result.string()), std::string::npos) << r.out;
+
+    r = run("problems " + quoted(result) + " --json");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const json doc = json::parse(r.out); // valid UTF-8 whatever the folder's name
+    const size_t n = doc.at("problems").size();
+    ASSERT_GT(n, 1u);
+    std::string ids;
+    for (const auto& p : doc.at("problems"))
+        ids += " --problem " + std::to_string(p.at("id").get<int>());
+
+    // A relative file is taken in the result's suppressions folder.
+    r = run("suppress " + quoted(result) + ids + " --file " + quoted(fs::path("r\xC3\xA8gles " + GetParam() + ".sup")) +
+            " --name 'all of them'");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const fs::path sup = result / "suppressions" / ("r\xC3\xA8gles " + GetParam() + ".sup");
+    ASSERT_TRUE(fs::is_regular_file(sup));
+
+    r = run("check " + quoted(result));
+    EXPECT_EQ(r.status, 0) << r.out << r.err;
+    EXPECT_EQ(r.out, std::to_string(n) + " problems, " + std::to_string(n) + " suppressed, 0 not suppressed\n");
+
+    r = run("suppressions " + quoted(sup) + " --json");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(json::parse(r.out).at("files").at(0).at("suppressions").at(0).at("rules").size(), n);
+
+    // A second import into the existing result, then the file given on its own.
+    fs::copy_file(sample("ubsan_multi.txt"), top / "ub \xC3\xBC.txt");
+    r = run("import " + quoted(top / "ub \xC3\xBC.txt") + " --result " + quoted(result));
+    ASSERT_EQ(r.status, 0) << r.err;
+    r = run("check " + quoted(result) + " --suppressions " + quoted(sup));
+    EXPECT_EQ(r.status, 1) << r.err;
+
+    // A failure names the path, with exit status 2 and no abort.
+    r = run("import " + quoted(top / "missing \xE2\x80\x9C.xml") + " --result " + quoted(result));
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("missing"), std::string::npos) << r.err;
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, CorrToolFolders,
+                         testing::Values(std::string("caf\xC3\xA9 d\xC3\xA9j\xC3\xA0 'it''s' \"q\""),
+                                         std::string("bad \xFF byte")),
+                         [](const testing::TestParamInfo<std::string>& name) {
+                             return name.index == 0 ? std::string("Letters") : std::string("NotUtf8");
+                         });
+
+// For every recorded sample, for a report whose texts are not UTF-8, and for
+// one found by fuzzing: suppress every problem, read the file back, and every
+// problem is matched by the rule made for it.
+TEST_F(CorrTool, SuppressingEveryProblemOfEverySampleMatchesThemAll)
+{
+    const fs::path odd = m_dir / "odd bytes.txt";
+    static const char ubsan_line[] = "/src/b.c:1:1: runtime error: nul\0byte and \xED\xA0\x80 surrogate\n";
+    std::ofstream(odd, std::ios::binary)
+        << "==1==ERROR: AddressSanitizer: heap-use-after-free on address 0x1 \xFF\xFE\n"
+           "READ of size 4 at 0x1 thread T0\n"
+           "    #0 0x4011 in f\xE9te\xC3 /src/caf\xE9/a\xFF.c:3:7\n"
+           "    #1 0x4012 in main\x01\x1B[2J /src/m\xC0\xAF.c:9\n"
+           "SUMMARY: AddressSanitizer: heap-use-after-free /src/a.c:3:7 in f\xE9te\n"
+        << std::string_view(ubsan_line, sizeof ubsan_line - 1);
+    std::vector<fs::path> inputs{odd, test_data("sanitizer/found_empty_problem_type.txt")};
+    for (const auto& e : fs::directory_iterator(fs::path(CORR_SAMPLES_DIR) / "recorded"))
+        if (e.path().filename().string().rfind("memcheck_", 0) != 0 || e.path().extension() == ".xml")
+            inputs.push_back(e.path()); // memcheck_*.txt is Valgrind's text output, not imported
+    ASSERT_GT(inputs.size(), 30u);
+
+    int n = 0;
+    for (const auto& input : inputs) {
+        SCOPED_TRACE(input.string());
+        const fs::path result = m_dir / ("r" + std::to_string(++n));
+        auto r = run("import " + quoted(input) + " --result " + quoted(result));
+        ASSERT_EQ(r.status, 0) << r.err;
+        r = run("problems " + quoted(result) + " --json");
+        ASSERT_EQ(r.status, 0) << r.err;
+        const json problems = json::parse(r.out).at("problems");
+        if (problems.empty())
+            continue;
+        std::string ids;
+        for (const auto& p : problems) {
+            EXPECT_FALSE(p.at("type").get<std::string>().empty()) << p.at("id");
+            EXPECT_EQ(p.at("description").get<std::string>().find('\0'), std::string::npos);
+            ids += " --problem " + std::to_string(p.at("id").get<int>());
+        }
+        r = run("suppress " + quoted(result) + ids + " --file all.sup --name all");
+        ASSERT_EQ(r.status, 0) << r.err;
+        r = run("check " + quoted(result));
+        EXPECT_EQ(r.status, 0) << r.out << r.err;
+        EXPECT_NE(r.out.find(" 0 not suppressed\n"), std::string::npos) << r.out;
+    }
+}
+
+TEST_F(CorrTool, TextOutputEscapesControlCharactersAndWriteErrorsFail)
+{
+    const fs::path report = m_dir / "esc.log";
+    std::ofstream(report, std::ios::binary)
+        << "/src/a.c:3:7: runtime error: division by zero \x1B]0;owned\x07\x1B[2J\xC2\x9B" "1m\n";
+    ASSERT_EQ(run("import " + quoted(report) + " --result " + quoted(m_dir / "r")).status, 0);
+    auto r = run("problems " + quoted(m_dir / "r"));
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out.find('\x1B'), std::string::npos) << r.out;
+    EXPECT_EQ(r.out.find('\x07'), std::string::npos);
+    EXPECT_EQ(r.out.find("\xC2\x9B"), std::string::npos);
+    EXPECT_NE(r.out.find("division by zero \\x1B]0;owned\\x07\\x1B[2J\\u009B1m"), std::string::npos)
+        << r.out;
+    r = run("check " + quoted(m_dir / "r"));
+    EXPECT_EQ(r.out.find('\x1B'), std::string::npos) << r.out;
+    // JSON carries the text as it is (escaped by JSON's own rules).
+    r = run("problems " + quoted(m_dir / "r") + " --json");
+    EXPECT_EQ(json::parse(r.out).at("problems")[0].at("description"),
+              "division by zero \x1B]0;owned\x07\x1B[2J\xC2\x9B" "1m");
+
+    // A full disk on stdout: exit status 2 and a message, not success.
+    if (!fs::exists("/dev/full"))
+        GTEST_FAIL() << "/dev/full is missing";
+    for (const std::string& args : {"problems " + quoted(m_dir / "r") + " --json", "problems " + quoted(m_dir / "r")}) {
+        const std::string command =
+            quoted(CORRTOOL_PATH) + " " + args + " >/dev/full 2>" + quoted(m_dir / "err");
+        const int raw = std::system(command.c_str());
+        EXPECT_EQ(raw / 256, 2) << args;
+        EXPECT_NE(read_file(m_dir / "err").find("cannot write the output: No space left on device"),
+                  std::string::npos)
+            << read_file(m_dir / "err");
+    }
+}
+
+// Imports from many processes at once into one result: each one's file is
+// kept and listed, none overwrites another's, and no staging folder is left.
+TEST_F(CorrTool, ParallelImportsIntoOneResultLoseNothing)
+{
+    const fs::path result = m_dir / "shared result";
+    ASSERT_EQ(run("import " + quoted(sample("ubsan_null.txt")) + " --result " + quoted(result)).status, 0);
+    constexpr int runs = 20;
+    std::string script;
+    for (int i = 0; i < runs; ++i) {
+        // The same file name each time: every copy must get a name of its own.
+        const fs::path folder = m_dir / ("in" + std::to_string(i));
+        fs::create_directories(folder);
+        fs::copy_file(sample(i % 2 ? "asan_leaks.txt" : "memcheck_overflow.xml"),
+                      folder / (i % 2 ? "report.txt" : "report.xml"));
+        script += quoted(CORRTOOL_PATH) + " import " + quoted(folder / (i % 2 ? "report.txt" : "report.xml")) +
+                  " --result " + quoted(result) + " >" + quoted(m_dir / ("out" + std::to_string(i))) +
+                  " 2>&1 || echo failed" + std::to_string(i) + " >>" + quoted(m_dir / "failures") + " &\n";
+    }
+    script += "wait\n";
+    std::ofstream(m_dir / "parallel.sh") << script;
+    ASSERT_EQ(std::system(("sh " + quoted(m_dir / "parallel.sh")).c_str()), 0);
+    EXPECT_FALSE(fs::exists(m_dir / "failures")) << read_file(m_dir / "failures") << read_file(m_dir / "out0");
+
+    std::set<std::string> listed;
+    const json doc = json::parse(run("problems " + quoted(result) + " --json").out);
+    std::ifstream marker(result / "shared result.corr");
+    for (std::string line; std::getline(marker, line);)
+        if (line.rfind("data = ", 0) == 0)
+            listed.insert(line.substr(7, line.find(" | ") - 7));
+    EXPECT_EQ(listed.size(), size_t(runs + 1));
+    std::set<std::string> stored;
+    for (const auto& e : fs::directory_iterator(result / "data"))
+        stored.insert(e.path().filename().string());
+    EXPECT_EQ(stored, listed); // nothing unlisted, no staging folder left behind
+}

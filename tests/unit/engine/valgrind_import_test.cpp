@@ -375,6 +375,29 @@ TEST(ValgrindXmlImport, StreamAndBufferAgreeWhateverTheChunkBoundaries)
     }
 }
 
+TEST(ValgrindXmlImport, ACommentOrAttributeThatNeverEndsIsRefusedNotReadOnAndOn)
+{
+    // Expat reads an unfinished token again with every piece: a 20 MiB one
+    // fed in chunks would take minutes. It is refused once no tag ends
+    // within 4 MiB; a long text between tags is fine.
+    const std::string head = "<?xml version=\"1.0\"?>\n<valgrindoutput><protocolversion>4</protocolversion>"
+                             "<protocoltool>memcheck</protocoltool>";
+    for (const auto& [open, close] :
+         {std::pair<std::string, std::string>{"<!-- ", " -->"}, {"<error a=\"", "\">"}}) {
+        SCOPED_TRACE(open);
+        const std::string xml = head + open + std::string(20u << 20, 'x') + close + "</valgrindoutput>";
+        std::istringstream in(xml);
+        const auto report = importer.import_stream(in, L"huge.xml", {}, [](auto&&) {});
+        EXPECT_FALSE(report.ok);
+        EXPECT_NE(report.error.find(L"huge.xml: no XML tag ends within 4 MiB"), std::wstring::npos)
+            << platkit::strings::wide_to_utf8(report.error);
+    }
+    const std::string fine = head + "<status><state>" + std::string(1u << 20, 's') +
+                             "</state></status></valgrindoutput>";
+    std::istringstream in(fine);
+    EXPECT_TRUE(importer.import_stream(in, L"fine.xml", {}, [](auto&&) {}).ok);
+}
+
 TEST(ValgrindXmlImport, UnknownElementsAreSkippedWherever)
 {
     const std::string xml =

@@ -32,3 +32,19 @@ TEST(Variant, ConvertsBetweenKindsWithoutThrowing)
     EXPECT_TRUE(variant().empty());
     EXPECT_EQ(variant("caf\xC3\xA9").as_wstring(), L"café");
 }
+
+TEST(Convert, NativeNamesKeepEveryByte)
+{
+    // Each byte that is not UTF-8 becomes its own private-use code point.
+    EXPECT_EQ(native_to_wide("a\xFF" "b"), L"a\U001000FFb");
+    EXPECT_EQ(wide_to_native(L"a\U001000FFb"), "a\xFF" "b");
+    EXPECT_EQ(native_to_wide("\xC3\xA9"), L"\u00e9");
+    // A cut-off sequence keeps both its bytes.
+    EXPECT_EQ(native_to_wide("\xE2\x82"), L"\U001000E2\U00100082");
+    // The code points standing for bytes are themselves read as bytes, so
+    // their UTF-8 form comes back unchanged too.
+    EXPECT_EQ(wide_to_native(native_to_wide("\xF4\x80\x83\xBF")), "\xF4\x80\x83\xBF");
+    EXPECT_EQ(display_name(native_to_wide("x\xFFy")), L"x\uFFFDy");
+    // Valid UTF-8 for a message, whatever the name held.
+    EXPECT_EQ(utf8_to_wide(wide_to_utf8(native_to_wide("\xFF"))), L"\U001000FF");
+}

@@ -118,3 +118,76 @@ TEST(SuppressionFile, RestoreTakesBackWhatWasAddedAndRemovedSinceTheSnapshot)
     EXPECT_EQ(read_bytes(dir / "a.sup").find("\"two\""), std::string::npos);
     EXPECT_NE(read_bytes(dir / "a.sup").find("\"one\""), std::string::npos);
 }
+
+// Two programs on one file: what the other one saved is never silently
+// written over; after a reload the change is made on top of it.
+TEST(SuppressionFile, AChangeOnDiskSinceLoadingIsNotOverwritten)
+{
+    temp_dir dir;
+    const std::wstring path = (dir / "team.sup").wstring();
+    auto first = boost::make_shared<suppression_file_t>(path);
+    first->add_suppression(named_set(L"first", recorded::use_after_free()));
+    ASSERT_EQ(first->save(path, sff_current), se_success);
+
+    // Both open the file; the other one adds and saves first.
+    auto mine = suppression_file_t::open(path);
+    auto other = suppression_file_t::open(path);
+    ASSERT_TRUE(mine && other);
+    other->add_suppression(named_set(L"from corrtool", recorded::race_read()));
+    ASSERT_EQ(other->save(path, sff_current), se_success);
+    const std::string theirs = read_bytes(dir / "team.sup");
+
+    mine->add_suppression(named_set(L"mine", recorded::deep_leak()));
+    EXPECT_EQ(mine->save(path, sff_current), se_cannot_write);
+    EXPECT_NE(mine->get_last_error().find(L"changed by another program"), std::wstring::npos);
+    EXPECT_NE(mine->get_last_error().find(L"reload"), std::wstring::npos);
+    EXPECT_EQ(read_bytes(dir / "team.sup"), theirs);
+    EXPECT_EQ(dir.entries(), std::vector<std::string>{"team.sup"});
+
+    // Saving its own latest text again is fine, and so is a copy elsewhere.
+    EXPECT_EQ(other->save(path, sff_current), se_success);
+    EXPECT_EQ(mine->save((dir / "copy.sup").wstring(), sff_current), se_success);
+
+    auto reloaded = suppression_file_t::open(path);
+    ASSERT_TRUE(reloaded);
+    reloaded->add_suppression(named_set(L"mine", recorded::deep_leak()));
+    ASSERT_EQ(reloaded->save(path, sff_current), se_success);
+    auto check = suppression_file_t::open(path);
+    ASSERT_TRUE(check);
+    EXPECT_EQ(check->get_rulesets(false).size(), 3u);
+}
+
+// A file written on another system keeps its line ends and its byte-order
+// mark when a suppression is added.
+TEST(SuppressionFile, CrlfAndByteOrderMarkAreKept)
+{
+    temp_dir dir;
+    const std::wstring path = (dir / "dos.sup").wstring();
+    auto first = boost::make_shared<suppression_file_t>(path);
+    first->add_suppression(named_set(L"first", recorded::use_after_free()));
+    ASSERT_EQ(first->save(path, sff_current), se_success);
+    std::string text = read_bytes(dir / "dos.sup");
+    std::string dos = "\xEF\xBB\xBF";
+    for (char c : text)
+        dos += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    {
+        std::ofstream out(dir / "dos.sup", std::ios::binary | std::ios::trunc);
+        out << dos;
+    }
+
+    auto file = suppression_file_t::open(path);
+    ASSERT_TRUE(file) << "a BOM and CRLF are read";
+    file->add_suppression(named_set(L"second", recorded::race_read()));
+    ASSERT_EQ(file->save(path, sff_current), se_success);
+    const std::string saved = read_bytes(dir / "dos.sup");
+    EXPECT_EQ(saved.compare(0, 3, "\xEF\xBB\xBF"), 0);
+    EXPECT_EQ(saved.compare(0, dos.size(), dos), 0) << "the old text is kept as it was";
+    size_t lf = 0, crlf = 0;
+    for (size_t i = 0; i < saved.size(); ++i)
+        if (saved[i] == '\n') {
+            ++lf;
+            crlf += i > 0 && saved[i - 1] == '\r';
+        }
+    EXPECT_GT(lf, 4u);
+    EXPECT_EQ(crlf, lf) << saved;
+}

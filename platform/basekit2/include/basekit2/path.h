@@ -1,11 +1,24 @@
 #pragma once
 // path_t: a file-system path held as a wide string, over std::filesystem.
+//
+// Every conversion between wide text and std::filesystem::path goes through
+// to_fs()/from_fs() below, never through std::filesystem's own wide
+// conversion (it follows the locale and throws on names it cannot convert).
+// A name's bytes are decoded as UTF-8; bytes that are not UTF-8 become the
+// private-use code points U+100000 + byte and come back as the same bytes
+// (platkit::strings::native_to_wide), so any name Linux allows round-trips.
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace basekit2 {
+
+// Never throw.
+std::filesystem::path to_fs(std::wstring_view text);
+std::wstring from_fs(const std::filesystem::path& p);
+// For messages: a path's text with undecodable bytes shown as U+FFFD.
+std::wstring display(const std::filesystem::path& p);
 
 // A value: every operation makes a new path. The text is shared between
 // copies and never changed, so copying a path (a filter's result, a list
@@ -16,12 +29,17 @@ public:
     path_t() = default;
     path_t(std::wstring p) : m_text(make_text(std::move(p))) {}
     path_t(const wchar_t* p) : path_t(std::wstring(p ? p : L"")) {}
-    path_t(const std::filesystem::path& p) : path_t(p.wstring()) {}
+    path_t(const std::filesystem::path& p) : path_t(from_fs(p)) {}
+    // From a name's bytes as the system gives them (an argument, an
+    // environment variable): UTF-8 decoded, other bytes kept (see above).
     static path_t from_utf8(const std::string& p);
 
     const std::wstring& str() const { return m_text ? *m_text : empty_text(); }
-    std::string utf8() const;
-    std::filesystem::path fs() const { return std::filesystem::path(str()); }
+    std::string utf8() const;   // valid UTF-8, for text files and JSON
+    std::string native() const; // the name's bytes, exactly
+    std::filesystem::path fs() const { return to_fs(str()); }
+    // The text to show in a message (undecodable bytes as U+FFFD).
+    std::wstring display() const;
     bool empty() const { return !m_text; }
 
     // this / other; an absolute other replaces this, as with std::filesystem.

@@ -147,6 +147,9 @@ private:
                                              "\" threw: " + ex.what();
                     PLATKIT_ASSERT_MSG(!"a background task threw an exception", what.c_str());
                     j.task->Cancel();
+                } catch (...) {
+                    PLATKIT_ASSERT_MSG(!"a background task threw an exception", "unknown exception");
+                    j.task->Cancel();
                 }
             }
             if (!j.task->IsCancelled())
