@@ -22,6 +22,23 @@ const std::wstring& path_t::empty_text()
     return empty;
 }
 
+namespace {
+// std::filesystem converts wide text with the global C++ locale, which is
+// "C" unless a program sets another, and then throws on any non-ASCII
+// letter. On POSIX a path is bytes: go through UTF-8 (lossless both ways).
+#ifdef _WIN32
+fs::path to_fs(const std::wstring& text) { return fs::path(text); }
+std::wstring from_fs(const fs::path& p) { return p.wstring(); }
+#else
+fs::path to_fs(const std::wstring& text) { return fs::path(platkit::strings::wide_to_utf8(text)); }
+std::wstring from_fs(const fs::path& p) { return platkit::strings::utf8_to_wide(p.native()); }
+#endif
+} // namespace
+
+path_t::path_t(const std::filesystem::path& p) : path_t(from_fs(p)) {}
+
+std::filesystem::path path_t::fs() const { return to_fs(str()); }
+
 path_t path_t::from_utf8(const std::string& p) { return path_t(platkit::strings::utf8_to_wide(p)); }
 
 std::string path_t::utf8() const { return platkit::strings::wide_to_utf8(str()); }
@@ -32,52 +49,52 @@ path_t path_t::join(const path_t& other) const
         return other;
     if (other.empty())
         return *this;
-    return path_t(fs::path(str()) / fs::path(other.str()));
+    return path_t(to_fs(str()) / to_fs(other.str()));
 }
 
 std::wstring path_t::leaf() const
 {
-    fs::path p(str());
+    fs::path p = to_fs(str());
     if (!p.has_filename())
         p = p.parent_path();
-    return p.filename().wstring();
+    return from_fs(p.filename());
 }
 
-path_t path_t::parent() const { return path_t(fs::path(str()).parent_path()); }
+path_t path_t::parent() const { return path_t(to_fs(str()).parent_path()); }
 
 std::wstring path_t::extension() const
 {
-    const std::wstring ext = fs::path(str()).extension().wstring();
+    const std::wstring ext = from_fs(to_fs(str()).extension());
     return ext.empty() ? ext : ext.substr(1);
 }
 
-std::wstring path_t::stem() const { return fs::path(str()).stem().wstring(); }
+std::wstring path_t::stem() const { return from_fs(to_fs(str()).stem()); }
 
 path_t path_t::replace_extension(const std::wstring& ext) const
 {
-    fs::path p(str());
-    p.replace_extension(ext.empty() ? fs::path() : fs::path(L"." + ext));
+    fs::path p = to_fs(str());
+    p.replace_extension(ext.empty() ? fs::path() : to_fs(L"." + ext));
     return path_t(p);
 }
 
-bool path_t::is_absolute() const { return !empty() && fs::path(str()).is_absolute(); }
+bool path_t::is_absolute() const { return !empty() && to_fs(str()).is_absolute(); }
 
 bool path_t::exists() const
 {
     std::error_code ec;
-    return !empty() && fs::exists(fs::path(str()), ec);
+    return !empty() && fs::exists(to_fs(str()), ec);
 }
 
 bool path_t::is_directory() const
 {
     std::error_code ec;
-    return !empty() && fs::is_directory(fs::path(str()), ec);
+    return !empty() && fs::is_directory(to_fs(str()), ec);
 }
 
 bool path_t::is_regular_file() const
 {
     std::error_code ec;
-    return !empty() && fs::is_regular_file(fs::path(str()), ec);
+    return !empty() && fs::is_regular_file(to_fs(str()), ec);
 }
 
 bool path_t::match(const std::wstring& mask) const
