@@ -35,10 +35,6 @@ std::wstring from_fs(const fs::path& p) { return platkit::strings::utf8_to_wide(
 #endif
 } // namespace
 
-path_t::path_t(const std::filesystem::path& p) : path_t(from_fs(p)) {}
-
-std::filesystem::path path_t::fs() const { return to_fs(str()); }
-
 path_t path_t::from_utf8(const std::string& p) { return path_t(platkit::strings::utf8_to_wide(p)); }
 
 std::string path_t::utf8() const { return platkit::strings::wide_to_utf8(str()); }
@@ -49,7 +45,7 @@ path_t path_t::join(const path_t& other) const
         return other;
     if (other.empty())
         return *this;
-    return path_t(to_fs(str()) / to_fs(other.str()));
+    return path_t(from_fs(to_fs(str()) / to_fs(other.str())));
 }
 
 std::wstring path_t::leaf() const
@@ -60,7 +56,7 @@ std::wstring path_t::leaf() const
     return from_fs(p.filename());
 }
 
-path_t path_t::parent() const { return path_t(to_fs(str()).parent_path()); }
+path_t path_t::parent() const { return path_t(from_fs(to_fs(str()).parent_path())); }
 
 std::wstring path_t::extension() const
 {
@@ -74,7 +70,7 @@ path_t path_t::replace_extension(const std::wstring& ext) const
 {
     fs::path p = to_fs(str());
     p.replace_extension(ext.empty() ? fs::path() : to_fs(L"." + ext));
-    return path_t(p);
+    return path_t(from_fs(p));
 }
 
 bool path_t::is_absolute() const { return !empty() && to_fs(str()).is_absolute(); }
@@ -124,13 +120,13 @@ std::vector<path_t> find_files(const path_t& dir, const std::wstring& pattern)
 {
     std::vector<path_t> out;
     std::error_code ec;
-    fs::directory_iterator it(dir.fs(), ec), end;
+    fs::directory_iterator it(to_fs(dir.str()), ec), end;
     for (; !ec && it != end; it.increment(ec)) {
         std::error_code fec;
         if (!it->is_regular_file(fec))
             continue;
-        if (wildcard_match(it->path().filename().wstring(), pattern))
-            out.emplace_back(it->path());
+        if (wildcard_match(from_fs(it->path().filename()), pattern))
+            out.emplace_back(from_fs(it->path()));
     }
     std::sort(out.begin(), out.end());
     return out;

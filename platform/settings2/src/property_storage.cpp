@@ -18,6 +18,13 @@ using platkit::strings::wide_to_utf8;
 using platkit::types::variant;
 using boost::property_tree::ptree;
 
+// The file-system path of a path_t through UTF-8: path_t::fs() converts with
+// the global locale, which throws on non-ASCII names under "C".
+std::filesystem::path native(const basekit2::path_t& p)
+{
+    return std::filesystem::path(p.utf8());
+}
+
 struct bad_file : std::runtime_error
 {
     using std::runtime_error::runtime_error;
@@ -142,7 +149,7 @@ file_property_storage_t::file_property_storage_t(basekit2::path_t file) : m_file
 {
     if (!m_file.exists())
         return;
-    std::ifstream stream(m_file.fs(), std::ios::binary);
+    std::ifstream stream(native(m_file), std::ios::binary);
     try {
         if (!stream)
             throw bad_file("cannot open the file");
@@ -217,9 +224,9 @@ std::wstring file_property_storage_t::last_error() const
 bool file_property_storage_t::save_locked()
 {
     std::error_code ec;
-    std::filesystem::create_directories(m_file.parent().fs(), ec);
+    std::filesystem::create_directories(native(m_file.parent()), ec);
     if (m_move_bad_file_aside && m_file.exists()) {
-        std::filesystem::rename(m_file.fs(), basekit2::path_t(m_file.str() + L".bad").fs(), ec);
+        std::filesystem::rename(native(m_file), native(basekit2::path_t(m_file.str() + L".bad")), ec);
         if (ec) {
             m_save_error = m_file.str() + L": cannot move the unreadable file aside: " +
                            utf8_to_wide(ec.message());
@@ -242,7 +249,7 @@ bool file_property_storage_t::save_locked()
     ptree doc;
     doc.add_child("properties", root);
 
-    const std::filesystem::path tmp = basekit2::path_t(m_file.str() + L".tmp").fs();
+    const std::filesystem::path tmp = native(basekit2::path_t(m_file.str() + L".tmp"));
     try {
         {
             std::ofstream out(tmp, std::ios::binary | std::ios::trunc);
@@ -254,7 +261,7 @@ bool file_property_storage_t::save_locked()
             if (!out)
                 throw std::runtime_error("cannot write " + tmp.string());
         }
-        std::filesystem::rename(tmp, m_file.fs());
+        std::filesystem::rename(tmp, native(m_file));
     } catch (const std::exception& e) {
         std::filesystem::remove(tmp, ec);
         m_save_error = m_file.str() + L": " + utf8_to_wide(e.what());

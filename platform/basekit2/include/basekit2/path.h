@@ -16,13 +16,12 @@ public:
     path_t() = default;
     path_t(std::wstring p) : m_text(make_text(std::move(p))) {}
     path_t(const wchar_t* p) : path_t(std::wstring(p ? p : L"")) {}
-    // Names that are not UTF-8 survive the trip through wide text.
-    path_t(const std::filesystem::path& p);
+    path_t(const std::filesystem::path& p) : path_t(p.wstring()) {}
     static path_t from_utf8(const std::string& p);
 
     const std::wstring& str() const { return m_text ? *m_text : empty_text(); }
     std::string utf8() const;
-    std::filesystem::path fs() const;
+    std::filesystem::path fs() const { return std::filesystem::path(str()); }
     bool empty() const { return !m_text; }
 
     // this / other; an absolute other replaces this, as with std::filesystem.
