@@ -27,5 +27,6 @@ int run_problems(const std::vector<std::string>& args, std::ostream& out, std::o
 int run_suppress(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int run_suppressions(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int run_check(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int run_run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
 } // namespace corrtool

@@ -3,6 +3,7 @@
 #include "command.h"
 
 #include <cstring>
+#include <exception>
 #include <iostream>
 
 namespace {
@@ -66,12 +67,20 @@ int main(int argc, char** argv)
         return corrtool::exit_error;
     }
     std::vector<std::string> args(argv + 2, argv + argc);
-    for (const auto& a : args)
+    for (const auto& a : args) {
+        if (a == "--")
+            break; // what follows belongs to the analysed program
         if (a == "--help" || a == "-h") {
             print_command_help(*command, std::cout);
             return corrtool::exit_ok;
         }
-    const int status = command->run(args, std::cout, std::cerr);
+    }
+    int status = corrtool::exit_error;
+    try {
+        status = command->run(args, std::cout, std::cerr);
+    } catch (const std::exception& e) {
+        std::cerr << "corrtool " << command->name << ": " << e.what() << "\n";
+    }
     std::cout.flush();
     return status;
 }
