@@ -18,7 +18,8 @@ What counts as a use in code (C++ sources and headers, tests excluded):
                                    of keys ("dlg.import.product_name.")
   find_control<T>(L"name"), XRCCTRL(w, "name", T), XRCID("name")
                                    a control of the dialog(s) named by
-                                   set_dialog_name(L"...") in the same file
+                                   set_dialog_name(L"...") or loaded by
+                                   load_launch_layout(self, parent, L"...") in the same file
                                    or in a header of the same name
 Any wide string literal equal to a key marks the key as used.
 """
@@ -42,7 +43,7 @@ CONTROL_LOOKUPS = [
     re.compile(r'\bXRCCTRL\s*\([^,]*,\s*L?"([^"]*)"'),
     re.compile(r'\bXRCID\s*\(\s*L?"([^"]*)"'),
 ]
-DIALOG_NAME = re.compile(r'\bset_dialog_name\s*\(\s*L"([^"]*)"')
+DIALOG_NAME = re.compile(r'\b(?:set_dialog_name|load_launch_layout)\s*\((?:\s*[A-Za-z_:>.-]+\s*,)*\s*L"([^"]*)"')
 
 
 class Problems:

@@ -28,5 +28,6 @@ int run_suppress(const std::vector<std::string>& args, std::ostream& out, std::o
 int run_suppressions(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int run_export_suppressions(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int run_check(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int run_run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
 } // namespace corrtool

@@ -65,6 +65,20 @@ const std::vector<command_t>& commands()
          "  --format F        valgrind, lsan, tsan, ubsan or asan\n"
          "  -o, --output OUT  the file to write\n",
          run_export_suppressions},
+        {"run", "run --type NAME --result DIR [--project P] [--] PROGRAM ARGS...",
+         "Run an analysis of a program and import its report into a new result.",
+         "NAME is an analysis type (mi1, mi2, mi3: Valgrind memcheck of increasing\n"
+         "depth; ti1: helgrind; ti2: drd; asan, tsan, ubsan: a program built with that\n"
+         "sanitizer). Valgrind runs with --xml=yes and --gen-suppressions=all; the\n"
+         "exact command is printed on stderr. The program runs in a process group of\n"
+         "its own. Exit status 0 when no problem is left unsuppressed, 1 when one is,\n"
+         "2 when the run could not start or its report could not be read (then no\n"
+         "result is made).\n\n"
+         "  --type NAME    the analysis type\n"
+         "  --result DIR   the new result folder (must not exist, or be empty)\n"
+         "  --project P    the project: DIR is taken in it when relative, and its\n"
+         "                 suppression files apply (made with project.corrproj if new)\n",
+         run_run},
     };
     return list;
 }

@@ -4,11 +4,26 @@
 
 #include <cerrno>
 #include <cstring>
-#include <system_error>
+#include <exception>
 #include <filesystem>
 #include <iostream>
+#include <string>
+#include <system_error>
 
 namespace {
+
+// What went wrong, with the paths a file-system error names.
+std::string describe(const std::exception& e)
+{
+    if (const auto* f = dynamic_cast<const std::filesystem::filesystem_error*>(&e)) {
+        std::string out = f->code().message();
+        for (const auto* p : {&f->path1(), &f->path2()})
+            if (!p->empty())
+                out += ": \"" + p->native() + "\"";
+        return out;
+    }
+    return e.what();
+}
 
 void print_help(std::ostream& out)
 {
@@ -66,12 +81,21 @@ int run(int argc, char** argv)
         return corrtool::exit_error;
     }
     std::vector<std::string> args(argv + 2, argv + argc);
-    for (const auto& a : args)
+    for (const auto& a : args) {
+        if (a == "--")
+            break; // what follows belongs to the analysed program
         if (a == "--help" || a == "-h") {
             print_command_help(*command, std::cout);
             return corrtool::exit_ok;
         }
-    const int status = command->run(args, std::cout, std::cerr);
+    }
+    // Whatever the command did not handle is reported under its name.
+    int status = corrtool::exit_error;
+    try {
+        status = command->run(args, std::cout, std::cerr);
+    } catch (const std::exception& e) {
+        std::cerr << "corrtool " << command->name << ": " << describe(e) << "\n";
+    }
     // A full disk or a closed pipe must not look like success.
     errno = 0;
     std::cout.flush();
@@ -82,19 +106,6 @@ int run(int argc, char** argv)
         return corrtool::exit_error;
     }
     return status;
-}
-
-// What went wrong, with the paths a file-system error names.
-std::string describe(const std::exception& e)
-{
-    if (const auto* f = dynamic_cast<const std::filesystem::filesystem_error*>(&e)) {
-        std::string out = f->code().message();
-        for (const auto* p : {&f->path1(), &f->path2()})
-            if (!p->empty())
-                out += ": \"" + p->native() + "\"";
-        return out;
-    }
-    return e.what();
 }
 
 } // namespace

@@ -19,6 +19,13 @@ using platkit::strings::wide_to_utf8;
 using platkit::types::variant;
 using boost::property_tree::ptree;
 
+// The file-system path of a path_t through UTF-8: path_t::fs() converts with
+// the global locale, which throws on non-ASCII names under "C".
+std::filesystem::path native(const basekit2::path_t& p)
+{
+    return p.fs();
+}
+
 struct bad_file : std::runtime_error
 {
     using std::runtime_error::runtime_error;
@@ -143,10 +150,19 @@ file_property_storage_t::file_property_storage_t(basekit2::path_t file) : m_file
 {
     if (!m_file.exists())
         return;
-    std::ifstream in(m_file.fs(), std::ios::binary);
+    std::ifstream stream(native(m_file), std::ios::binary);
     try {
-        if (!in)
+        if (!stream)
             throw bad_file("cannot open the file");
+        std::ostringstream whole;
+        whole << stream.rdbuf();
+        const std::string text = whole.str();
+        // A project file made before it held properties is empty or holds
+        // only the marker line "corr-project 1": a project without properties.
+        const auto first = text.find_first_not_of(" \t\r\n");
+        if (first == std::string::npos || text.compare(first, 12, "corr-project") == 0)
+            return;
+        std::istringstream in(text);
         m_bags = parse(in);
     } catch (const boost::property_tree::xml_parser_error& e) {
         m_load_error = m_file.str() + L":" + std::to_wstring(e.line()) + L": " + utf8_to_wide(e.message());
@@ -157,6 +173,11 @@ file_property_storage_t::file_property_storage_t(basekit2::path_t file) : m_file
         m_bags.clear();
         m_move_bad_file_aside = true;
     }
+}
+
+std::shared_ptr<file_property_storage_t> open_project_storage(const basekit2::path_t& project_dir)
+{
+    return std::make_shared<file_property_storage_t>(project_dir / basekit2::path_t(project_file_name));
 }
 
 basekit2::path_t file_property_storage_t::default_file()
@@ -204,9 +225,9 @@ std::wstring file_property_storage_t::last_error() const
 bool file_property_storage_t::save_locked()
 {
     std::error_code ec;
-    std::filesystem::create_directories(m_file.parent().fs(), ec);
+    std::filesystem::create_directories(native(m_file.parent()), ec);
     if (m_move_bad_file_aside && m_file.exists()) {
-        std::filesystem::rename(m_file.fs(), basekit2::to_fs(m_file.str() + L".bad"), ec);
+        std::filesystem::rename(native(m_file), native(basekit2::path_t(m_file.str() + L".bad")), ec);
         if (ec) {
             m_save_error = m_file.str() + L": cannot move the unreadable file aside: " +
                            utf8_to_wide(ec.message());
@@ -229,7 +250,7 @@ bool file_property_storage_t::save_locked()
     ptree doc;
     doc.add_child("properties", root);
 
-    const std::filesystem::path tmp = basekit2::to_fs(m_file.str() + L".tmp");
+    const std::filesystem::path tmp = native(basekit2::path_t(m_file.str() + L".tmp"));
     try {
         {
             std::ofstream out(tmp, std::ios::binary | std::ios::trunc);
@@ -241,7 +262,7 @@ bool file_property_storage_t::save_locked()
             if (!out)
                 throw std::runtime_error("cannot write " + tmp.string());
         }
-        std::filesystem::rename(tmp, m_file.fs());
+        std::filesystem::rename(tmp, native(m_file));
     } catch (const std::exception& e) {
         std::filesystem::remove(tmp, ec);
         m_save_error = m_file.str() + L": " + utf8_to_wide(e.what());

@@ -121,26 +121,39 @@ bool is_zip_archive(const basekit2::path_t& archive)
     return zip.IsOk() && first;
 }
 
-// "set=dialogs" (blank lines and "#" comments allowed).
-std::wstring set_from_manifest(const std::string& text)
+// "set=dialogs" names the resource set; each "also=<name>" registers the same
+// catalogue under a further set (the launch-dialog pages look theirs up as
+// "launchdlg_qm"). Blank lines and "#" comments are allowed.
+struct manifest_t
 {
+    std::wstring set;
+    std::vector<std::wstring> also;
+};
+
+manifest_t parse_manifest(const std::string& text)
+{
+    manifest_t manifest;
     std::istringstream in(text);
     std::string line;
+    auto trim = [](const std::string& s) {
+        const auto b = s.find_first_not_of(" \t");
+        const auto e = s.find_last_not_of(" \t");
+        return b == std::string::npos ? std::string() : s.substr(b, e - b + 1);
+    };
     while (std::getline(in, line)) {
         if (!line.empty() && line.back() == '\r')
             line.pop_back();
         const auto eq = line.find('=');
         if (line.empty() || line[0] == '#' || eq == std::string::npos)
             continue;
-        auto trim = [](std::string s) {
-            const auto b = s.find_first_not_of(" \t");
-            const auto e = s.find_last_not_of(" \t");
-            return b == std::string::npos ? std::string() : s.substr(b, e - b + 1);
-        };
-        if (trim(line.substr(0, eq)) == "set")
-            return wxString::FromUTF8(trim(line.substr(eq + 1))).ToStdWstring();
+        const std::string key = trim(line.substr(0, eq));
+        const std::wstring value = wxString::FromUTF8(trim(line.substr(eq + 1))).ToStdWstring();
+        if (key == "set" && manifest.set.empty())
+            manifest.set = value;
+        else if (key == "also" && !value.empty())
+            manifest.also.push_back(value);
     }
-    return {};
+    return manifest;
 }
 
 resource_load_entry_t load_one(const basekit2::path_t& archive)
@@ -164,7 +177,8 @@ resource_load_entry_t load_one(const basekit2::path_t& archive)
     case read_result::ok:
         break;
     }
-    const std::wstring set = set_from_manifest(manifest);
+    const manifest_t parsed = parse_manifest(manifest);
+    const std::wstring& set = parsed.set;
     if (set.empty())
         return fail(L"manifest.txt has no \"set=<name>\" line");
     entry.set = set;
@@ -181,6 +195,8 @@ resource_load_entry_t load_one(const basekit2::path_t& archive)
     auto catalog = mo_catalog_t::create(set, data);
     if (!catalog)
         return fail(L"messages.mo is not a valid compiled catalogue");
+    for (const auto& alias : parsed.also)
+        registerMessageCatalog(alias, catalog);
     registerMessageCatalog(set, std::move(catalog));
     return entry;
 }

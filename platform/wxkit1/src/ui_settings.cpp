@@ -146,6 +146,15 @@ void style_updater_t::detach()
         m_window->Unbind(wxEVT_SYS_COLOUR_CHANGED, &style_updater_t::on_system_colours, this);
     m_window = nullptr;
     m_on_update = nullptr;
+    m_registered.clear();
+}
+
+void style_updater_t::register_window(wxWindow* window)
+{
+    if (!window)
+        return;
+    m_registered.emplace_back(window);
+    update();
 }
 
 void style_updater_t::on_system_colours(wxSysColourChangedEvent& e)
@@ -159,9 +168,15 @@ void style_updater_t::update()
     if (!m_window)
         return;
     // Only what the host overrode is applied: the system theme is the default.
-    if (m_style != ui_style_t::page && ui_settings_t::is_overridden_color(ui_settings_t::color_dialog_background)) {
+    if (m_style != ui_style_t::page && m_style != ui_style_t::inplace &&
+        ui_settings_t::is_overridden_color(ui_settings_t::color_dialog_background)) {
         m_window->SetBackgroundColour(ui_settings_t::get_color(ui_settings_t::color_dialog_background));
         m_window->Refresh();
+    }
+    if (ui_settings_t::is_overridden_color(ui_settings_t::color_dialog_text)) {
+        for (auto& w : m_registered)
+            if (w)
+                w->SetForegroundColour(ui_settings_t::get_color(ui_settings_t::color_dialog_text));
     }
     if (m_on_update)
         m_on_update();

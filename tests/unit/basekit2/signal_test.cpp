@@ -48,3 +48,20 @@ TEST(Signal, CopiesDoNotShareSubscribers)
     copy(1);
     EXPECT_EQ(calls, 0);
 }
+
+TEST(Subscriber, ConnectionsEndWithTheSubscriber)
+{
+    basekit2::_internal::signal_t<int> signal;
+    int seen = 0;
+    {
+        basekit2::subscriber_t subscriber;
+        subscriber.subscribe(signal, [&](int v) { seen += v; });
+        subscriber.subscribe(signal, [&](int v) { seen += 10 * v; });
+        EXPECT_EQ(subscriber.subscription_count(), 2u);
+        signal(1);
+        EXPECT_EQ(seen, 11);
+    }
+    EXPECT_TRUE(signal.empty());
+    signal(1);
+    EXPECT_EQ(seen, 11) << "a destroyed subscriber is not called";
+}

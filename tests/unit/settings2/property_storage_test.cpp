@@ -128,3 +128,30 @@ TEST_F(PropertyStorage, FailedSaveKeepsTheOldFileAndTheSessionValue)
     EXPECT_TRUE(storage.put(L"k", second));
     EXPECT_TRUE(storage.last_error().empty());
 }
+
+TEST_F(PropertyStorage, ProjectFileStartsEmptyFromItsMarkerAndKeepsItsProperties)
+{
+    const fs::path project = m_dir / "Projekt mit Ümlaut";
+    fs::create_directories(project);
+    const fs::path file = project / "project.corrproj";
+    for (const std::string marker : {"", "corr-project 1\n", "\n  corr-project 1\r\n"}) {
+        sup_test::write_bytes(file, marker);
+        auto storage = settings2::open_project_storage(path_t::from_utf8(project.string()));
+        EXPECT_EQ(storage->file().utf8(), file.string());
+        EXPECT_TRUE(storage->load_error().empty()) << utf8(storage->load_error());
+        variant_bag_t bag;
+        EXPECT_FALSE(storage->get(L"debugger_settings", bag));
+    }
+
+    variant_bag_t bag;
+    bag.put(L"debugger_mode", L"delay-analysis");
+    ASSERT_TRUE(settings2::open_project_storage(path_t::from_utf8(project.string()))->put(L"debugger_settings", bag));
+    EXPECT_FALSE(fs::exists(project / "project.corrproj.bad")) << "the marker is not a malformed file";
+    variant_bag_t got;
+    ASSERT_TRUE(settings2::open_project_storage(path_t::from_utf8(project.string()))->get(L"debugger_settings", got));
+    EXPECT_EQ(got, bag);
+
+    sup_test::write_bytes(file, "corrupt <properties");
+    auto broken = settings2::open_project_storage(path_t::from_utf8(project.string()));
+    EXPECT_NE(broken->load_error().find(L"project.corrproj"), std::wstring::npos);
+}

@@ -60,6 +60,8 @@ TEST(ResourceCatalogs, LoadsTheBuiltArchivesUnderTheirSetNames)
     EXPECT_EQ(shared->message(L"restricted_symbols_message").as_ustring({{L"symbols", L"* ?"}}),
               L"A name cannot contain any of these characters: * ?");
     EXPECT_FALSE(shared->has_message(L"btn.close")) << "each archive has its own catalogue";
+    // The launch-dialog pages find the same catalogue under their own set.
+    EXPECT_EQ(settings2::getMessageCatalog(L"launchdlg_qm"), settings2::getMessageCatalog(L"dialogs"));
 }
 
 TEST(ResourceCatalogs, MissingOrEmptyFolderIsReportedByName)
@@ -137,6 +139,16 @@ TEST(ResourceCatalogs, ManifestNamesTheSetAndAReloadReplacesTheCatalogue)
     EXPECT_EQ(before->name(), L"custom_set");
     EXPECT_EQ(text_of(L"custom_set", L"btn.close"), L"Close");
     EXPECT_EQ(before->message(L"no.such.key").raw(), L"no.such.key");
+
+    const fs::path aliased = dir.path() / "aliased.dat";
+    write_zip(aliased, {{"manifest.txt", "set=main_set\nalso = second_set\nalso=\nset=ignored\n"},
+                        {"messages.mo", real_catalog_data()}});
+    const auto with_alias = settings2::load_resource_catalog(path_t(aliased));
+    ASSERT_TRUE(with_alias.ok());
+    EXPECT_EQ(with_alias.set, L"main_set");
+    EXPECT_EQ(settings2::getMessageCatalog(L"second_set"), settings2::getMessageCatalog(L"main_set"));
+    EXPECT_EQ(settings2::getMessageCatalog(L"ignored"), nullptr);
+    EXPECT_EQ(text_of(L"second_set", L"btn.close"), L"Close");
 
     const auto again = settings2::load_resource_catalog(path_t(archive));
     ASSERT_TRUE(again.ok());

@@ -104,3 +104,36 @@ private:
 };
 
 } // namespace basekit2::_internal
+
+namespace basekit2 {
+
+// Base of an object that subscribes to signals: its connections end with it,
+// so no signal calls into a destroyed subscriber. The signals must outlive
+// the subscriber (or be left with unsubscribe_all() first).
+class subscriber_t
+{
+public:
+    subscriber_t() = default;
+    subscriber_t(const subscriber_t&) = delete;
+    subscriber_t& operator=(const subscriber_t&) = delete;
+    virtual ~subscriber_t() { unsubscribe_all(); }
+
+    template <class... Args, class F>
+    void subscribe(_internal::signal_t<Args...>& signal, F&& slot)
+    {
+        const auto id = signal.connect(std::forward<F>(slot));
+        m_disconnect.push_back([&signal, id] { signal.disconnect(id); });
+    }
+    void unsubscribe_all()
+    {
+        for (auto& d : m_disconnect)
+            d();
+        m_disconnect.clear();
+    }
+    size_t subscription_count() const { return m_disconnect.size(); }
+
+private:
+    std::vector<std::function<void()>> m_disconnect;
+};
+
+} // namespace basekit2

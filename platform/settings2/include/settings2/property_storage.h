@@ -65,4 +65,13 @@ private:
     bool m_move_bad_file_aside = false;
 };
 
+// The file of a project's property storage, in the project's folder.
+inline constexpr const wchar_t* project_file_name = L"project.corrproj";
+
+// The property storage of the project in project_dir (its launch settings,
+// debugger settings and custom analysis types). The file is made on the
+// first put; an empty file or one holding only the "corr-project 1" marker
+// is a project without properties.
+std::shared_ptr<file_property_storage_t> open_project_storage(const basekit2::path_t& project_dir);
+
 } // namespace settings2

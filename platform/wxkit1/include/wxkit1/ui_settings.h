@@ -11,6 +11,7 @@
 #include <wx/window.h>
 
 #include <functional>
+#include <vector>
 
 namespace wxkit1 {
 
@@ -50,7 +51,8 @@ public:
     static basekit2::_internal::signal_t<>& changed();
 };
 
-enum class ui_style_t { dialog, panel, page };
+// inplace: a panel drawn inside another window's area (it keeps its own background).
+enum class ui_style_t { dialog, panel, page, inplace };
 
 // Keeps a window in step with the UI settings: applies them when attached
 // and again whenever they or the system colours change, then calls back so
@@ -65,6 +67,9 @@ public:
 
     void attach(wxWindow* window, std::function<void()> on_update = {});
     void detach();
+    // Keeps a further window (a child control) in step as well.
+    void register_window(wxWindow* window);
+    size_t registered_count() const { return m_registered.size(); }
     // Applies the settings now and calls back.
     void update();
     ui_style_t style() const { return m_style; }
@@ -75,6 +80,7 @@ private:
 
     ui_style_t m_style;
     wxWeakRef<wxWindow> m_window; // the updater may outlive its window
+    std::vector<wxWeakRef<wxWindow>> m_registered;
     std::function<void()> m_on_update;
     basekit2::_internal::connection_id m_connection = 0;
 };
