@@ -1,6 +1,6 @@
 #include "eil1/message_bridge.h"
 
-#include "special_members.h"
+#include "interface_members.h"
 
 namespace eil1 {
 

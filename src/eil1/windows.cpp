@@ -1,6 +1,6 @@
 #include "eil1/windows.h"
 
-#include "special_members.h"
+#include "interface_members.h"
 
 namespace eil1 {
 
